@@ -1,0 +1,28 @@
+// The plot's four colours and their file, "Colours.txt" beside the program:
+// one colour to a line, a letter and then red, green and blue, e.g. "H 0 0 255".
+// The file is read once at start-up and never written.
+#ifndef VELDOR_STORAGE_COLOURS_FILE_H
+#define VELDOR_STORAGE_COLOURS_FILE_H
+
+#include <stdint.h>
+
+// Colours as 0x00BBGGRR: red in the low byte, then green, then blue.
+extern uint32_t PlotColourHigh;
+extern uint32_t PlotColourMid;
+extern uint32_t PlotColourLow;
+extern uint32_t PlotColourNone;
+
+uint32_t MakeColour(int red, int green, int blue);
+
+// High blue, Mid green, Low red, None black.
+void SetDefaultColours();
+
+// Reads the file over the colours as they are; 1 when it could be opened.
+// Lines are taken in pieces of at most 127 characters. A piece that starts
+// with "#" is a comment. Otherwise it must scan as "%c %d %d %d": the letter
+// H, M, L or N in either case chooses the colour, other letters are ignored,
+// and the line is skipped when a number lies outside 0..255 or is missing.
+// A later line for a letter wins. Nothing is ever reported.
+int ReadColoursFile(const char* path);
+
+#endif

@@ -1,0 +1,211 @@
+// The controller simulator on a pseudo-terminal, talking to the program's
+// frame codec and link timers. A small reader here plays the serial reader
+// thread: it polls the port and hands each piece to ReceiveBytes, on the
+// test's own thread, so the fake platform needs no locking.
+#include <errno.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "fake_platform.h"
+#include "link/controller_messages.h"
+#include "link/frame_codec.h"
+#include "survey/recording_engine.h"
+#include "survey/survey_state.h"
+
+extern char** environ;
+
+namespace {
+
+int64_t NowMs() {
+    struct timespec ts;
+    clock_gettime(CLOCK_MONOTONIC, &ts);
+    return (int64_t)ts.tv_sec * 1000 + ts.tv_nsec / 1000000;
+}
+
+class SimulatorLink : public ::testing::Test {
+protected:
+    std::string dir;
+    std::string ptyPath;
+    std::string logPath;
+    pid_t sim = -1;
+    int fd = -1;
+
+    void SetUp() override {
+        ResetFakeWorld();
+        char pattern[] = "/tmp/veldor-link-XXXXXX";
+        ASSERT_NE(nullptr, mkdtemp(pattern));
+        dir = pattern;
+        ptyPath = dir + "/pty";
+        logPath = dir + "/sim.log";
+    }
+
+    void TearDown() override {
+        if (fd >= 0) close(fd);
+        if (sim > 0) {
+            kill(sim, SIGTERM);
+            int status = 0;
+            waitpid(sim, &status, 0);
+        }
+        std::string cleanup = "rm -rf '" + dir + "'";
+        if (system(cleanup.c_str()) != 0) ADD_FAILURE() << "cannot remove " << dir;
+    }
+
+    // Starts the simulator with the options given and opens its port.
+    void Start(std::vector<std::string> options) {
+        const char* exe = getenv("CONTROLLER_SIM");
+        ASSERT_NE(nullptr, exe) << "CONTROLLER_SIM is not set";
+        std::vector<std::string> args = {exe, "--link", ptyPath, "--log", logPath,
+                                         "--period-ms", "100", "--duration", "60", "--seed", "7"};
+        args.insert(args.end(), options.begin(), options.end());
+        std::vector<char*> argv;
+        for (std::string& a : args) argv.push_back(&a[0]);
+        argv.push_back(nullptr);
+        ASSERT_EQ(0, posix_spawn(&sim, exe, nullptr, nullptr, argv.data(), environ));
+        for (int i = 0; i < 200 && access(ptyPath.c_str(), F_OK) != 0; i++) usleep(10000);
+        fd = open(ptyPath.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+        ASSERT_GE(fd, 0) << "cannot open " << ptyPath;
+        struct termios tio;
+        ASSERT_EQ(0, tcgetattr(fd, &tio));
+        cfmakeraw(&tio);
+        cfsetispeed(&tio, B9600);
+        cfsetospeed(&tio, B9600);
+        ASSERT_EQ(0, tcsetattr(fd, TCSANOW, &tio));
+        fake.portFd = fd;
+        fake.portOpen = true;
+    }
+
+    // Reads what arrives for ms milliseconds, piece by piece.
+    void Pump(int ms) {
+        int64_t end = NowMs() + ms;
+        char piece[1024 + 1];
+        for (;;) {
+            int64_t left = end - NowMs();
+            if (left <= 0) return;
+            struct pollfd p = {fd, POLLIN, 0};
+            if (poll(&p, 1, (int)left) <= 0) continue;
+            ssize_t n = read(fd, piece, 1024);
+            if (n > 0) ReceiveBytes(piece, (int)n);
+            else if (n < 0 && errno != EAGAIN) usleep(1000);
+        }
+    }
+
+    std::vector<std::string> SimLog() {
+        std::vector<std::string> lines;
+        std::ifstream in(logPath);
+        std::string line;
+        while (std::getline(in, line)) lines.push_back(line);
+        return lines;
+    }
+
+    // How many logged lines have the given direction and text, e.g. "RX", "OP 1".
+    int SimLogged(const std::string& direction, const std::string& text) {
+        int n = 0;
+        for (const std::string& line : SimLog()) {
+            size_t space = line.find(' ');
+            if (space == std::string::npos) continue;
+            if (line.compare(space + 1, std::string::npos, direction + " " + text) == 0) n++;
+        }
+        return n;
+    }
+
+    int Sent(const std::string& body) {
+        int n = 0;
+        for (const std::string& f : FramesSent())
+            if (f == body) n++;
+        return n;
+    }
+};
+
+TEST_F(SimulatorLink, CleanLineGivesLiveDataAndNoComplaint) {
+    Start({});
+    ASSERT_EQ(1, SendFrameText("OP 1"));
+    Pump(1500);
+    EXPECT_EQ(10, liveState.dataValidTicks);
+    EXPECT_NE(0, liveState.liveLatitude);
+    EXPECT_EQ(0, CountStatus("Received invalid data from controller"));
+    EXPECT_EQ(0, Sent("NA"));
+    EXPECT_EQ(1, SimLogged("RX", "OP 1"));
+    // The stored sample is the live one.
+    AddRecord(RECORD_KIND_LIVE);
+    EXPECT_EQ(liveState.liveLatitude, recordStore.rows[0].latitude);
+    EXPECT_TRUE(recordStore.rows[0].flags & RECORD_LIVE);
+}
+
+TEST_F(SimulatorLink, FaultsCostOneNaEachAndLoseNoGoodFrame) {
+    Start({"--bad-check-every", "4", "--garbage-every", "7", "--split"});
+    ASSERT_EQ(1, SendFrameText("OP 1"));
+    Pump(3000);
+    int invalid = CountStatus("Received invalid data from controller");
+    EXPECT_GT(invalid, 0);
+    EXPECT_EQ(invalid, Sent("NA"));
+    EXPECT_EQ(0, CountStatus("<< Port Overflow >>"));
+    // Every "NA" reached the simulator as a good frame; data still flow.
+    Pump(300);
+    EXPECT_EQ(Sent("NA"), SimLogged("RX", "NA"));
+    EXPECT_EQ(10, liveState.dataValidTicks);
+}
+
+TEST_F(SimulatorLink, LineFeedAfterEachCarriageReturnSpoilsEveryFollowingFrame) {
+    Start({"--lf-after-cr"});
+    ASSERT_EQ(1, SendFrameText("OP 1"));
+    Pump(1500);
+    // Only the first frame can be good; each line after it costs one "NA",
+    // and the receiver keeps up without overflowing.
+    int invalid = CountStatus("Received invalid data from controller");
+    EXPECT_GT(invalid, 5);
+    EXPECT_EQ(invalid, Sent("NA"));
+    EXPECT_EQ(0, CountStatus("<< Port Overflow >>"));
+    EXPECT_LT(strlen(receiveBuffer), 100u);
+}
+
+TEST_F(SimulatorLink, NegativeAcknowledgementsRepeatTheLastFrameFiveTimes) {
+    Start({"--flood-na", "8"});
+    ASSERT_EQ(1, SendFrameText("OP 1"));
+    Pump(1500);
+    EXPECT_EQ(6, SimLogged("RX", "OP 1"));  // once sent, five times repeated
+    EXPECT_EQ(5, retransmitCount);
+}
+
+TEST_F(SimulatorLink, KeepAliveWatchdogAndStaleDataOnADrivenTick) {
+    Start({"--silence-after", "1", "--silence-for", "3"});
+    ASSERT_EQ(1, SendFrameText("OP 1"));
+    // A driven tick every 100 ms: 1 s of data, 3 s of silence, then data.
+    int ticks = 0;
+    int ticksToLoss = -1;
+    int opWhileStale = 0;
+    for (int64_t end = NowMs() + 5500; NowMs() < end;) {
+        Pump(100);
+        size_t before = FramesSent().size();
+        Tick(1);
+        ticks++;
+        std::vector<std::string> frames = FramesSent();
+        if (frames.size() > before && frames.back() == "OP 1") opWhileStale++;
+        if (ticksToLoss < 0 && CountStatus("No communications from controller") > 0)
+            ticksToLoss = ticks;
+    }
+    EXPECT_EQ(1, CountStatus("No communications from controller"));
+    EXPECT_EQ(1, CountStatus("Communication from controller returned"));
+    EXPECT_GT(ticksToLoss, 12);
+    // Data went stale ten ticks into the silence, and "OP 1" followed every
+    // tick until data came back.
+    EXPECT_GE(opWhileStale, 15);
+    // While data flowed and nothing else was sent, "KA" kept the line alive.
+    EXPECT_GE(SimLogged("RX", "KA"), 1);
+    EXPECT_GT(liveState.dataValidTicks, 0);
+}
+
+}  // namespace

@@ -1,0 +1,185 @@
+#include "link/controller_messages.h"
+
+#include <gtest/gtest.h>
+
+#include "fake_platform.h"
+#include "link/frame_codec.h"
+#include "survey/survey_state.h"
+
+namespace {
+
+class ControllerMessages : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetFakeWorld();
+        fake.portOpen = true;
+    }
+};
+
+TEST_F(ControllerMessages, ReadingsAndPosition) {
+    fake.windowExists[WINDOW_LISTING] = true;
+    fake.windowExists[WINDOW_PLOT] = true;
+    EXPECT_EQ(1, HandleControllerMessage("RA 300 0 255 7 3"));
+    EXPECT_EQ(44, liveState.liveReadings[0]);  // low 8 bits of 300
+    EXPECT_EQ(255, liveState.liveReadings[2]);
+    EXPECT_EQ(3, liveState.liveAccessoryChannel);
+    EXPECT_EQ(10, liveState.dataValidTicks);
+    ASSERT_EQ(1u, fake.repaints.size());  // Plot only with "Plot Current Position"
+    EXPECT_EQ(AREA_LISTING_LIVE_ROW, fake.repaints[0].area);
+    EXPECT_EQ(0, fake.repaints[0].erase);
+
+    statusFlags |= STATUS_PLOT_POSITION;
+    fake.repaints.clear();
+    EXPECT_EQ(1, HandleControllerMessage("ra 1 2 3 4 0"));  // code in any case
+    EXPECT_EQ(1, liveState.liveReadings[0]);
+    ASSERT_EQ(2u, fake.repaints.size());
+    EXPECT_EQ(WINDOW_PLOT, fake.repaints[1].window);
+    EXPECT_EQ(1, fake.repaints[1].erase);
+
+    fake.repaints.clear();
+    liveState.dataValidTicks = 0;
+    EXPECT_EQ(1, HandleControllerMessage("RP -324000000 648000000"));
+    EXPECT_EQ(-324000000, liveState.liveLatitude);
+    EXPECT_EQ(648000000, liveState.liveLongitude);
+    EXPECT_EQ(10, liveState.dataValidTicks);
+    ASSERT_EQ(1u, fake.repaints.size());  // RP never touches the Plot
+    EXPECT_EQ(WINDOW_LISTING, fake.repaints[0].window);
+
+    // Missing numbers keep the last values.
+    EXPECT_EQ(1, HandleControllerMessage("RP 5"));
+    EXPECT_EQ(5, liveState.liveLatitude);
+    EXPECT_EQ(648000000, liveState.liveLongitude);
+    EXPECT_EQ(1, HandleControllerMessage("RA 9 8"));
+    EXPECT_EQ(9, liveState.liveReadings[0]);
+    EXPECT_EQ(8, liveState.liveReadings[1]);
+    EXPECT_EQ(3, liveState.liveReadings[2]);
+    EXPECT_EQ(1, HandleControllerMessage("RP"));
+    EXPECT_EQ(5, liveState.liveLatitude);
+}
+
+TEST_F(ControllerMessages, GpsStatusLogsOnlyChanges) {
+    HandleControllerMessage("ES 4");
+    EXPECT_EQ(std::vector<std::string>{"GPS differential correction active"}, fake.statusLines);
+    fake.statusLines.clear();
+    HandleControllerMessage("ES0");
+    EXPECT_EQ(std::vector<std::string>{"GPS differential correction inactive"}, fake.statusLines);
+    fake.statusLines.clear();
+    HandleControllerMessage("ES 48");
+    HandleControllerMessage("ES 16");
+    HandleControllerMessage("ES 0");
+    EXPECT_EQ((std::vector<std::string>{"GPS giving position fixes", "GPS not giving position fixes"}),
+              fake.statusLines);
+    fake.statusLines.clear();
+    HandleControllerMessage("ES 9");
+    EXPECT_EQ((std::vector<std::string>{"GPS insufficient visable satellites",
+                                        "GPS acquiring satellites/position hold"}),
+              fake.statusLines);
+    EXPECT_EQ(9, liveState.gpsStatus);
+}
+
+TEST_F(ControllerMessages, TextMessagesAndUnknownCodes) {
+    HandleControllerMessage("ST Battery low");
+    HandleControllerMessage("VI 2 3 1");
+    HandleControllerMessage("DB x=1");
+    EXPECT_EQ((std::vector<std::string>{"Controller: Battery low",
+                                        "Controller firmware version: v2.3.1",
+                                        "Controller debug: x=1"}),
+              fake.statusLines);
+    commsWatchdogTicks = 3;
+    EXPECT_EQ(0, HandleControllerMessage("XX"));
+    EXPECT_EQ(0, HandleControllerMessage("RX 1"));  // second letter must fit the first
+    EXPECT_EQ(0, HandleControllerMessage("R"));
+    EXPECT_EQ(0, HandleControllerMessage(""));
+    EXPECT_EQ(3, commsWatchdogTicks);
+    EXPECT_TRUE(fake.wire.empty());
+}
+
+TEST_F(ControllerMessages, RetransmitsAtMostFiveTimes) {
+    SendFrameText("MC 1");
+    fake.wire.clear();
+    for (int i = 0; i < 6; i++) Receive(Frame("NA"));
+    std::vector<std::string> five(5, "MC 1");
+    EXPECT_EQ(five, FramesSent());
+    EXPECT_EQ(12, commsWatchdogTicks);  // the ignored sixth still re-arms
+    SendFrameText("OP 1");
+    fake.wire.clear();
+    for (int i = 0; i < 5; i++) Receive(Frame("NA"));
+    EXPECT_EQ(std::vector<std::string>(5, "OP 1"), FramesSent());
+
+    // Nothing to repeat with the port closed or before any frame.
+    ResetFakeWorld();
+    fake.portOpen = true;
+    Receive(Frame("NA"));
+    EXPECT_TRUE(fake.wire.empty());
+}
+
+TEST_F(ControllerMessages, WatchdogKeepAliveAndStaleData) {
+    // Twelve silent ticks: the loss is logged once.
+    for (int i = 0; i < 20; i++) LinkTick();
+    EXPECT_EQ(1, CountStatus("No communications from controller"));
+    Receive(Frame("KA"));
+    EXPECT_EQ(1, CountStatus("Communication from controller returned"));
+    Receive(Frame("KA"));
+    EXPECT_EQ(1, CountStatus("Communication from controller returned"));
+
+    // While data are stale, "OP 1" goes out every tick, which keeps "KA" away.
+    fake.wire.clear();
+    for (int i = 0; i < 6; i++) LinkTick();
+    EXPECT_EQ(std::vector<std::string>(6, "OP 1"), FramesSent());
+
+    // With data flowing, "KA" after five ticks without a frame sent.
+    fake.wire.clear();
+    fake.windowExists[WINDOW_LISTING] = true;
+    HandleControllerMessage("RA 1 2 3 4 0");
+    keepAliveTicks = 5;
+    for (int i = 0; i < 5; i++) LinkTick();
+    EXPECT_EQ(std::vector<std::string>{"KA"}, FramesSent());
+    // Ten ticks after the last data, the live row is repainted with erase
+    // and "OP 1" follows from the next tick on.
+    fake.wire.clear();
+    fake.repaints.clear();
+    for (int i = 0; i < 5; i++) LinkTick();
+    EXPECT_EQ(0, liveState.dataValidTicks);
+    ASSERT_EQ(1u, fake.repaints.size());
+    EXPECT_EQ(1, fake.repaints[0].erase);
+    EXPECT_EQ(std::vector<std::string>{"KA"}, FramesSent());
+    LinkTick();
+    EXPECT_EQ((std::vector<std::string>{"KA", "OP 1"}), FramesSent());
+
+    // With the port closed the link timers stand still; data still go stale.
+    fake.portOpen = false;
+    commsWatchdogTicks = 1;
+    keepAliveTicks = 1;
+    liveState.dataValidTicks = 1;
+    LinkTick();
+    EXPECT_EQ(1, commsWatchdogTicks);
+    EXPECT_EQ(1, keepAliveTicks);
+    EXPECT_EQ(0, liveState.dataValidTicks);
+}
+
+TEST_F(ControllerMessages, SelfTestReport) {
+    fake.windowExists[WINDOW_GPS] = true;
+    HandleControllerMessage("ET 8 49152");  // 0xC000
+    ASSERT_EQ(1u, fake.messageBoxes.size());
+    EXPECT_EQ("GPS self test failure(s):\n\nAntenna short\n", fake.messageBoxes[0]);
+    EXPECT_EQ("GPS self test failed (Code 0xC000)", fake.statusLines.back());
+    HandleControllerMessage("ET 6 384");  // 0x0180: ROM once
+    EXPECT_EQ("GPS self test failure(s):\n\nRead only memory (ROM)\n", fake.messageBoxes[1]);
+    HandleControllerMessage("ET 6 0");
+    EXPECT_EQ("GPS self test passed", fake.messageBoxes[2]);
+    HandleControllerMessage("ET 0 0");
+    EXPECT_EQ("GPS self test failed\nNo communications with GPS", fake.messageBoxes[3]);
+    size_t lines = fake.statusLines.size();
+    commsWatchdogTicks = 4;
+    HandleControllerMessage("ET 7 1");
+    EXPECT_EQ(4u, fake.messageBoxes.size());
+    EXPECT_EQ(lines, fake.statusLines.size());
+    EXPECT_EQ(12, commsWatchdogTicks);
+    // With the dialog closed only the status line remains.
+    fake.windowExists[WINDOW_GPS] = false;
+    HandleControllerMessage("ET 8 16385");
+    EXPECT_EQ(4u, fake.messageBoxes.size());
+    EXPECT_EQ("GPS self test failed (Code 0x4001)", fake.statusLines.back());
+}
+
+}  // namespace

@@ -1,0 +1,205 @@
+#include "fake_platform.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <time.h>
+
+#include <atomic>
+
+#include "link/controller_messages.h"
+#include "link/frame_codec.h"
+#include "shell/app_paths.h"
+#include "shell/platform.h"
+#include "storage/ini_file.h"
+#include "survey/recording_engine.h"
+#include "survey/survey_state.h"
+
+#ifdef _WIN32
+#include <process.h>
+#define getpid _getpid
+#else
+#include <unistd.h>
+#endif
+
+FakePlatform fake;
+
+static std::string TempFolder() {
+    const char* dir = getenv("TMPDIR");
+#ifdef _WIN32
+    if (dir == nullptr) dir = getenv("TEMP");
+#endif
+    if (dir == nullptr) dir = "/tmp";
+    return dir;
+}
+
+void ResetFakeWorld() {
+    static std::atomic<int> serial{0};
+    fake = FakePlatform();
+    ResetSurveyState();
+    ResetRecordingEngine();
+    ResetFrameCodec();
+    keepAliveTicks = 5;
+    ResetLinkTimers();
+    char name[260];
+    snprintf(name, sizeof name, "%s/veldor-test-%d-%d.ini", TempFolder().c_str(), (int)getpid(),
+             serial++);
+    remove(name);
+    fake.settingsFile = name;
+    snprintf(settingsPath, sizeof settingsPath, "%s", name);
+    snprintf(appDirectory, sizeof appDirectory, "%s", TempFolder().c_str());
+}
+
+std::vector<std::string> FramesSent() {
+    std::vector<std::string> frames;
+    size_t pos = 0;
+    const std::string& w = fake.wire;
+    while (pos < w.size()) {
+        size_t cr = w.find('\r', pos);
+        if (cr == std::string::npos) cr = w.size();
+        std::string line = w.substr(pos, cr - pos);
+        if (line.size() >= 4 && line[0] == '#' && line[line.size() - 3] == ':')
+            line = line.substr(1, line.size() - 4);
+        frames.push_back(line);
+        pos = cr + 1;
+    }
+    return frames;
+}
+
+int CountStatus(const char* text) {
+    int n = 0;
+    for (const std::string& s : fake.statusLines)
+        if (s == text) n++;
+    return n;
+}
+
+void Receive(const std::string& text) {
+    std::vector<char> piece(text.begin(), text.end());
+    piece.push_back('\0');
+    ReceiveBytes(piece.data(), (int)text.size());
+}
+
+std::string Frame(const std::string& body) {
+    char check[8];
+    snprintf(check, sizeof check, "%02X", Crc8(body.c_str(), (int)body.size()));
+    return "#" + body + ":" + check + "\r";
+}
+
+// ---- The seam ---------------------------------------------------------------------
+
+int PlatformPortIsOpen() { return fake.portOpen ? 1 : 0; }
+
+int PlatformPortWrite(const char* data, int length) {
+    if (!fake.portOpen || data == nullptr || length < 0) return 0;
+    fake.wire.append(data, (size_t)length);
+    fake.writes.emplace_back(data, (size_t)length);
+#ifndef _WIN32
+    int done = 0;
+    while (fake.portFd >= 0 && done < length) {
+        ssize_t n = write(fake.portFd, data + done, (size_t)(length - done));
+        if (n <= 0) return 0;
+        done += (int)n;
+    }
+#endif
+    return 1;
+}
+
+void PlatformSetStatusPane(int pane, const char* text) {
+    if (pane < 0 || pane > 2) return;
+    fake.pane[pane] = text;
+    if (pane == 0) fake.statusLines.push_back(text);
+}
+
+int PlatformAskYesNo(const char* text) {
+    fake.questions.push_back(text);
+    if (fake.answers.empty()) {
+        fake.unscriptedQuestions++;
+        return 0;
+    }
+    int answer = fake.answers.front();
+    fake.answers.pop_front();
+    return answer;
+}
+
+void PlatformMessageBox(const char* text, int icon) {
+    fake.messageBoxes.push_back(text);
+    fake.messageIcons.push_back(icon);
+}
+
+int PlatformWindowExists(int window) {
+    return window >= 0 && window < 8 && fake.windowExists[window] ? 1 : 0;
+}
+
+void PlatformRepaint(int window, int area, int erase) {
+    if (!PlatformWindowExists(window)) return;
+    fake.repaints.push_back({window, area, erase});
+}
+
+void PlatformSetVerticalScroll(int window, int position) {
+    if (window == WINDOW_LISTING && PlatformWindowExists(window))
+        fake.scrollPositions.push_back(position);
+}
+
+void PlatformNotifyWindow(int window, int) {
+    if (PlatformWindowExists(window)) fake.notifications.push_back(window);
+}
+
+void PlatformSetFrameCaption(const char* text) { fake.caption = text; }
+
+void PlatformFrameCommand(int commandId) { fake.frameCommands.push_back(commandId); }
+
+uint32_t PlatformTime() { return fake.now; }
+
+int PlatformLocalTime(uint32_t seconds, LocalTime* out) {
+    if (out == nullptr) return 0;
+    time_t t = (time_t)seconds;
+    struct tm parts;
+#ifdef _WIN32
+    if (gmtime_s(&parts, &t) != 0) return 0;
+#else
+    if (gmtime_r(&t, &parts) == nullptr) return 0;
+#endif
+    out->year = parts.tm_year + 1900;
+    out->month = parts.tm_mon + 1;
+    out->day = parts.tm_mday;
+    out->hour = parts.tm_hour;
+    out->minute = parts.tm_min;
+    out->second = parts.tm_sec;
+    out->weekday = parts.tm_wday;
+    return 1;
+}
+
+void BeginBusy() { fake.busy++; }
+void EndBusy() {
+    if (fake.busy > 0) fake.busy--;
+}
+int BusyCount() { return fake.busy; }
+
+int ChooseFile(char* path, int size, int mode) {
+    fake.chooseModes.push_back(mode);
+    std::string chosen;
+    if (!fake.chosenFiles.empty()) {
+        chosen = fake.chosenFiles.front();
+        fake.chosenFiles.pop_front();
+    }
+    if (chosen.empty() || (int)chosen.size() >= size) {
+        if (size > 0) path[0] = '\0';
+        return 0;
+    }
+    memcpy(path, chosen.c_str(), chosen.size() + 1);
+    return 1;
+}
+
+int ProfileGetInt(const char* section, const char* key, int defaultValue, const char* path) {
+    return IniGetInt(section, key, defaultValue, path);
+}
+
+int ProfileGetString(const char* section, const char* key, const char* defaultValue,
+                     char* buffer, int size, const char* path) {
+    return IniGetString(section, key, defaultValue, buffer, size, path);
+}
+
+int ProfileWriteString(const char* section, const char* key, const char* value,
+                       const char* path) {
+    return IniWriteString(section, key, value, path);
+}

@@ -1,0 +1,71 @@
+// A fake of the platform seam for the unit tests: it records every call and
+// answers questions and file choosers from a script.
+#ifndef VELDOR_TESTS_FAKE_PLATFORM_H
+#define VELDOR_TESTS_FAKE_PLATFORM_H
+
+#include <stdint.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "shell/platform.h"
+#include "survey/survey_state.h"
+
+struct RepaintRequest {
+    int window;
+    int area;
+    int erase;
+};
+
+struct FakePlatform {
+    // Port
+    bool portOpen = false;
+    std::string wire;                 // every byte written, in order
+    std::vector<std::string> writes;  // one entry per write call
+    int portFd = -1;                  // when set, writes also go to this descriptor
+    // Status bar
+    std::vector<std::string> statusLines;  // pane 0, in order
+    std::string pane[3];
+    // Questions: answers are taken from the front; an unscripted question
+    // is answered No and counted.
+    std::deque<int> answers;
+    std::vector<std::string> questions;
+    int unscriptedQuestions = 0;
+    std::vector<std::string> messageBoxes;
+    std::vector<int> messageIcons;
+    // Windows
+    bool windowExists[8] = {false, false, false, false, false, false, false, false};
+    std::vector<RepaintRequest> repaints;
+    std::vector<int> scrollPositions;  // vertical scroll of the Listing
+    std::vector<int> notifications;    // windows notified
+    std::string caption = "VELDOR";
+    std::vector<int> frameCommands;
+    // Clock
+    uint32_t now = 1700000000u;
+    // Busy
+    int busy = 0;
+    // File chooser: each call takes the next path; "" means cancel.
+    std::deque<std::string> chosenFiles;
+    std::vector<int> chooseModes;
+    // Settings file (a temporary file used through the portable stand-in)
+    std::string settingsFile;
+};
+
+extern FakePlatform fake;
+
+// Resets the fake and the whole survey, link and engine state, and points
+// settingsPath at a fresh, absent file in a temporary folder.
+void ResetFakeWorld();
+
+// The frames written to the port, each without '#', check and carriage
+// return; bytes that are no frame are returned as they are.
+std::vector<std::string> FramesSent();
+// How many times the status line was exactly text.
+int CountStatus(const char* text);
+// Feeds text to the receiver as one piece.
+void Receive(const std::string& text);
+// Builds a frame with a good check around body.
+std::string Frame(const std::string& body);
+
+#endif

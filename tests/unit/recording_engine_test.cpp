@@ -1,0 +1,231 @@
+#include "survey/recording_engine.h"
+
+#include <gtest/gtest.h>
+#include <string.h>
+
+#include "fake_platform.h"
+#include "link/frame_codec.h"
+#include "resources/resource_ids.h"
+#include "storage/settings_file.h"
+#include "survey/survey_state.h"
+
+namespace {
+
+class RecordingEngine : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetFakeWorld();
+        fake.portOpen = true;
+        liveState.dataValidTicks = 1000;  // keep "OP 1" off the wire
+    }
+    static std::vector<std::string> AccessoryFrames() {
+        std::vector<std::string> out;
+        for (const std::string& f : FramesSent())
+            if (f.rfind("MC", 0) == 0 || f.rfind("MI", 0) == 0) out.push_back(f);
+        return out;
+    }
+};
+
+TEST_F(RecordingEngine, TimeModeStoresEveryIntervalTicks) {
+    recordIntervalSeconds = 5;
+    StartRecording();
+    EXPECT_EQ("Recording started", fake.statusLines.back());
+    EXPECT_EQ("Recording", fake.pane[1]);
+    int firstTick = 0, secondTick = 0;
+    for (int tick = 1; tick <= 10; tick++) {
+        Tick(1);
+        if (recordCount == 1 && !firstTick) firstTick = tick;
+        if (recordCount == 2 && !secondTick) secondTick = tick;
+    }
+    EXPECT_EQ(5, firstTick);
+    EXPECT_EQ(10, secondTick);
+    Tick(2);  // another timer does nothing
+    EXPECT_EQ(2, recordCount);
+
+    StopRecording();
+    EXPECT_EQ("Idle", fake.pane[1]);
+    EXPECT_EQ("Recording stopped", fake.statusLines.back());
+    for (int i = 0; i < 10; i++) Tick(1);
+    EXPECT_EQ(2, recordCount);
+    StartRecording();
+    EXPECT_EQ("Recording resumed", fake.statusLines.back());
+}
+
+TEST_F(RecordingEngine, StoreGauge) {
+    Tick(1);
+    EXPECT_EQ("0 %", fake.pane[2]);
+    recordCount = 2000;
+    Tick(1);
+    EXPECT_EQ("12.50 %", fake.pane[2]);
+    recordCount = 1;
+    Tick(1);
+    EXPECT_EQ("0.01 %", fake.pane[2]);
+    recordCount = 16000;
+    Tick(1);
+    EXPECT_EQ("100.00 %", fake.pane[2]);
+}
+
+TEST_F(RecordingEngine, DistanceMode) {
+    statusFlags |= STATUS_DISTANCE_INTERVAL;
+    recordIntervalMeters = 500;
+    EarthRadiusKm = 6371;
+    liveState.liveLatitude = 123456789;
+    StartRecording();
+    Tick(1);  // empty store: the first record at once
+    EXPECT_EQ(1, recordCount);
+    Tick(1);
+    EXPECT_EQ(1, recordCount);  // not moved
+
+    liveState.liveLatitude += 60000;  // one minute of arc
+    EXPECT_NEAR(1853.25, DistanceFromLastRecord(), 0.005);
+    Tick(1);
+    EXPECT_EQ(2, recordCount);
+
+    // Longitude counts as much as latitude, at any latitude.
+    liveState.liveLatitude = 300000000;
+    liveState.liveLongitude = 0;
+    recordStore.rows[1].latitude = 300000000;
+    recordStore.rows[1].longitude = 16000;
+    double alongLongitude = DistanceFromLastRecord();
+    recordStore.rows[1].latitude = 300016000;
+    recordStore.rows[1].longitude = 0;
+    EXPECT_DOUBLE_EQ(alongLongitude, DistanceFromLastRecord());
+
+    // An interval just below the distance stores a record; a larger one not.
+    recordIntervalMeters = 10;
+    double d = DistanceFromLastRecord();
+    recordIntervalMeters = (int32_t)d;
+    EXPECT_LT(recordIntervalMeters, d);
+    Tick(1);
+    EXPECT_EQ(3, recordCount);
+    recordIntervalMeters = 100000;
+    liveState.liveLatitude += 1;
+    Tick(1);
+    EXPECT_EQ(3, recordCount);
+
+    // Extreme positions do not overflow.
+    recordStore.rows[2].latitude = -2147483647 - 1;
+    recordStore.rows[2].longitude = 2147483647;
+    liveState.liveLatitude = 2147483647;
+    liveState.liveLongitude = -2147483647 - 1;
+    EXPECT_GT(DistanceFromLastRecord(), 0.0);
+}
+
+TEST_F(RecordingEngine, TzrChannelStepping) {
+    statusFlags |= STATUS_TZR_MODE | STATUS_INCREMENT_CHANNEL;
+    tzrChannelCount = 10;
+    recordIntervalSeconds = 5;
+    StartRecording();
+    EXPECT_EQ((std::vector<std::string>{"MC 1", "MI 0"}), AccessoryFrames());
+    fake.wire.clear();
+    liveState.liveAccessoryChannel = 10;
+    for (int i = 0; i < 5; i++) Tick(1);
+    liveState.liveAccessoryChannel = 0;
+    for (int i = 0; i < 5; i++) Tick(1);
+    liveState.liveAccessoryChannel = 4;
+    for (int i = 0; i < 5; i++) Tick(1);
+    EXPECT_EQ((std::vector<std::string>{"MC 1", "MC 1", "MC 5"}), AccessoryFrames());
+    fake.wire.clear();
+    StopRecording();
+    EXPECT_TRUE(AccessoryFrames().empty());
+
+    // Interval 1: the controller steps itself.
+    recordIntervalSeconds = 1;
+    WriteSetting(KeyTzrInitialChannel, "3");
+    StartRecording();
+    for (int i = 0; i < 4; i++) Tick(1);
+    StopRecording();
+    EXPECT_EQ((std::vector<std::string>{"MC 3", "MI 1", "MI 0"}), AccessoryFrames());
+
+    // Increment off: "MI 0" at start and no stepping.
+    fake.wire.clear();
+    statusFlags &= ~STATUS_INCREMENT_CHANNEL;
+    recordIntervalSeconds = 2;
+    StartRecording();
+    for (int i = 0; i < 6; i++) Tick(1);
+    StopRecording();
+    EXPECT_EQ((std::vector<std::string>{"MC 3", "MI 0"}), AccessoryFrames());
+}
+
+TEST_F(RecordingEngine, AutosaveCountsRecordingTicksOnly) {
+    statusFlags |= STATUS_AUTOSAVE;
+    strcpy(dataFileName, "C:\\survey.DAT");
+    autosaveMinutes = 5;
+    StartRecording();
+    Tick(1);
+    EXPECT_EQ(std::vector<int>{IDM_FILE_SAVE}, fake.frameCommands);
+    for (int i = 0; i < 299; i++) Tick(1);
+    EXPECT_EQ(1u, fake.frameCommands.size());
+    // Stop saves at once; idle ticks do not count.
+    StopRecording();
+    EXPECT_EQ(2u, fake.frameCommands.size());
+    for (int i = 0; i < 50; i++) Tick(1);
+    EXPECT_EQ(2u, fake.frameCommands.size());
+    statusFlags |= STATUS_RECORDING;
+    Tick(1);
+    EXPECT_EQ(3u, fake.frameCommands.size());
+    EXPECT_EQ(300, autosaveTicks);
+}
+
+TEST_F(RecordingEngine, AutosaveWithoutAFileName) {
+    statusFlags |= STATUS_AUTOSAVE;
+    WriteSetting(KeyAutosaveEnable, "1");
+    fake.answers.push_back(0);  // No: no file name wanted
+    StartRecording();
+    EXPECT_EQ(1u, fake.questions.size());
+    EXPECT_EQ(
+        "Autosave is enabled but no filename is defined\n\nDo you want to specify a filename?",
+        fake.questions[0]);
+    EXPECT_FALSE(statusFlags & STATUS_AUTOSAVE);
+    EXPECT_EQ(0, ReadSetting(KeyAutosaveEnable));
+    EXPECT_TRUE(statusFlags & STATUS_RECORDING);
+    StopRecording();
+
+    // Yes and a name: the caption names the file and autosave stays armed.
+    statusFlags |= STATUS_AUTOSAVE | STATUS_CHANGED;
+    fake.answers.push_back(1);
+    fake.chosenFiles.push_back("C:\\data\\run1.DAT");
+    StartRecording();
+    EXPECT_STREQ("C:\\data\\run1.DAT", dataFileName);
+    EXPECT_EQ("VELDOR [ run1.DAT ]", fake.caption);
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+    EXPECT_TRUE(statusFlags & STATUS_AUTOSAVE);
+    StopRecording();
+
+    // Yes and a cancelled dialog: autosave off, setting untouched.
+    dataFileName[0] = '\0';
+    WriteSetting(KeyAutosaveEnable, "1");
+    fake.answers.push_back(1);
+    StartRecording();
+    EXPECT_FALSE(statusFlags & STATUS_AUTOSAVE);
+    EXPECT_EQ(1, ReadSetting(KeyAutosaveEnable));
+    StopRecording();
+
+    // Armed with no name at the tick (e.g. the name was forgotten since).
+    statusFlags |= STATUS_AUTOSAVE;
+    statusFlags |= STATUS_RECORDING;
+    autosaveTicks = 1;
+    size_t saves = fake.frameCommands.size();
+    Tick(1);
+    EXPECT_EQ("Could not autosave as no filename", fake.statusLines.back());
+    EXPECT_FALSE(statusFlags & STATUS_AUTOSAVE);
+    EXPECT_EQ(saves, fake.frameCommands.size());
+}
+
+TEST_F(RecordingEngine, TakeReadingAndStopRepaintsASuspendedPlot) {
+    recordIntervalSeconds = 5;
+    TakeReading();
+    EXPECT_EQ("Take single reading", fake.statusLines.back());
+    EXPECT_EQ(1, recordCount);
+    fake.windowExists[WINDOW_PLOT] = true;
+    StartRecording();
+    statusFlags |= STATUS_PLOT_SUSPENDED;
+    fake.repaints.clear();
+    StopRecording();
+    EXPECT_FALSE(statusFlags & STATUS_PLOT_SUSPENDED);
+    ASSERT_EQ(1u, fake.repaints.size());
+    EXPECT_EQ(AREA_PLOT_RECT, fake.repaints[0].area);
+    EXPECT_EQ(1, fake.repaints[0].erase);
+}
+
+}  // namespace
