@@ -2,7 +2,8 @@
 # Installs what is missing, builds every target and runs every test layer:
 # native unit and link tests, the same with ASan + UBSan, the unit tests
 # cross-built for Windows and run under Wine, the 32-bit Windows link, the
-# fuzz targets for a bounded time, and the benchmarks once.
+# end-to-end scenarios of veldor.exe under Wine, the fuzz targets for a
+# bounded time, and the benchmarks once.
 set -euo pipefail
 
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -42,6 +43,9 @@ ninja -C "$BUILD_ROOT/win64" -j "$JOBS"
 source "$ROOT/scripts/wine-env.sh"
 trap veldor_wine_cleanup EXIT
 ctest --test-dir "$BUILD_ROOT/win64" --output-on-failure -j "$JOBS"
+
+step "end-to-end: veldor.exe under Wine against the controller simulator"
+bash "$ROOT/tests/e2e/run_e2e.sh" "$BUILD_ROOT/win64" "$BUILD_ROOT/native"
 
 step "fuzzing (${FUZZ_SECONDS} s per target)"
 bash "$ROOT/scripts/fuzz.sh" "$BUILD_ROOT/fuzz" "$FUZZ_SECONDS"

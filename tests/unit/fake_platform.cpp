@@ -12,6 +12,8 @@
 #include "shell/app_paths.h"
 #include "shell/platform.h"
 #include "storage/ini_file.h"
+#include "views/plot_geometry.h"
+#include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 
@@ -38,6 +40,8 @@ void ResetFakeWorld() {
     fake = FakePlatform();
     ResetSurveyState();
     ResetRecordingEngine();
+    ResetCalibration();
+    ResetPlotView();
     ResetFrameCodec();
     keepAliveTicks = 5;
     ResetLinkTimers();

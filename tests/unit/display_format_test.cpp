@@ -1,0 +1,285 @@
+#include "views/display_format.h"
+
+#include <gtest/gtest.h>
+#include <string.h>
+
+#include <string>
+#include <vector>
+
+#include "fake_platform.h"
+#include "storage/settings_file.h"
+#include "survey/cal_lookup.h"
+
+namespace {
+
+float FromBits(uint32_t bits) {
+    float f;
+    memcpy(&f, &bits, sizeof f);
+    return f;
+}
+
+class DisplayFormatTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetFakeWorld();
+        ScreenFormat = {LATLONG_DEG_MIN, SIGN_NORTH_SOUTH, READING_0_0};
+        for (int c = 0; c < 4; c++)
+            for (int r = 0; r < 256; r++) ChannelLookup[c][r] = (float)r;
+    }
+
+    std::string Screen(int32_t value, int axis, int32_t latLong, int32_t sign) {
+        ScreenFormat.latLongMode = latLong;
+        ScreenFormat.signMode = sign;
+        char out[ScreenTextSize];
+        return FormatPosition(value, axis, out);
+    }
+    std::string Report(int32_t value, int axis, int32_t latLong, int32_t sign) {
+        char line[128] = "|";
+        AppendPositionField(line, value, axis, DisplayFormat{latLong, sign, 1});
+        EXPECT_EQ('|', line[0]);
+        return line + 1;
+    }
+    std::string ScreenReading(int channel, uint8_t raw, int32_t mode) {
+        ScreenFormat.readingMode = mode;
+        char out[ScreenTextSize];
+        return FormatReading(channel, raw, out);
+    }
+    std::string ReportReading(int channel, uint8_t raw, int32_t mode) {
+        char line[64] = "x,";
+        AppendReadingField(line, channel, raw, DisplayFormat{1, 1, mode});
+        EXPECT_EQ(0, strncmp(line, "x,", 2));
+        return line + 2;
+    }
+};
+
+struct MagnitudeRow {
+    int32_t value;
+    const char* text[4];  // Deg, Deg Min, Deg Min Sec, Milliseconds
+};
+
+const MagnitudeRow MagnitudeTable[] = {
+    {0, {"0.0000000", "0 0.00000", "0 0 0.000", "0"}},
+    {1, {"0.0000003", "0 0.00002", "0 0 0.001", "1"}},
+    {59999, {"0.0166664", "0 0.99998", "0 0 59.999", "59999"}},
+    {3599999, {"0.9999997", "0 59.99998", "0 59 59.999", "3599999"}},
+    {3600000, {"1.0000000", "1 0.00000", "1 0 0.000", "3600000"}},
+    {-115123456, {"31.9787369", "31 58.72427", "31 58 43.456", "115123456"}},
+    {417087123, {"115.8575363", "115 51.45205", "115 51 27.123", "417087123"}},
+    {648000000, {"180.0000000", "180 0.00000", "180 0 0.000", "648000000"}},
+};
+
+TEST_F(DisplayFormatTest, MagnitudeTextsOfEveryModeInBothFamilies) {
+    for (const MagnitudeRow& row : MagnitudeTable) {
+        for (int mode = 1; mode <= 4; mode++) {
+            SCOPED_TRACE(std::to_string(row.value) + " mode " + std::to_string(mode));
+            std::string m = row.text[mode - 1];
+            bool negative = row.value < 0;
+            // Screen: bare magnitude behind the sign in "+/-", letters in N/S.
+            EXPECT_EQ((negative ? "-" : "") + m, Screen(row.value, AXIS_LATITUDE, mode, 2));
+            EXPECT_EQ(m + (negative ? " S" : " N"), Screen(row.value, AXIS_LATITUDE, mode, 1));
+            EXPECT_EQ(m + (negative ? " W" : " E"), Screen(row.value, AXIS_LONGITUDE, mode, 1));
+            // Report: letters in N/S; in "+/-" always a sign except Milliseconds.
+            EXPECT_EQ(m + (negative ? " S" : " N"), Report(row.value, AXIS_LATITUDE, mode, 1));
+            EXPECT_EQ(m + (negative ? " W" : " E"), Report(row.value, AXIS_LONGITUDE, mode, 1));
+            std::string sign = negative ? "-" : (mode == 4 ? "" : "+");
+            EXPECT_EQ(sign + m, Report(row.value, AXIS_LONGITUDE, mode, 2));
+        }
+    }
+}
+
+TEST_F(DisplayFormatTest, DegreesAreSinglePrecision) {
+    // A double-precision division would give 31.9787417, 194.4444444 and
+    // 596.5232356; the magnitude is rounded to 24 bits first.
+    EXPECT_EQ("31.9787426", Screen(115123470, AXIS_LATITUDE, 1, 2));
+    EXPECT_EQ("194.4444427 E", Screen(700000000, AXIS_LONGITUDE, 1, 1));
+    EXPECT_EQ("+194.4444427", Report(700000000, AXIS_LONGITUDE, 1, 2));
+    // The smallest value keeps its magnitude of 2^31.
+    EXPECT_EQ("596.5232544 S", Screen(INT32_MIN, AXIS_LATITUDE, 1, 1));
+    EXPECT_EQ("2147483648 W", Report(INT32_MIN, AXIS_LONGITUDE, 4, 1));
+    EXPECT_EQ("-596 31 23.648", Report(INT32_MIN, AXIS_LONGITUDE, 3, 2));
+    EXPECT_EQ("596 31.39412", Screen(INT32_MAX, AXIS_LONGITUDE, 2, 2));
+
+    // Fields append behind what the line already holds.
+    char line[64] = "7,";
+    AppendPositionField(line, -3600000, AXIS_LATITUDE, DisplayFormat{1, 2, 1});
+    AppendPositionField(line, -3600000, AXIS_LONGITUDE, DisplayFormat{3, 1, 1});
+    EXPECT_STREQ("7,-1.00000001 0 0.000 W", line);
+}
+
+TEST_F(DisplayFormatTest, ModesOutsideTheListDifferByFamily) {
+    for (int32_t mode : {0, 5, -1, INT32_MIN, INT32_MAX}) {
+        SCOPED_TRACE(mode);
+        // Milliseconds on the screen, degrees in a report.
+        EXPECT_EQ("115123456 S", Screen(-115123456, AXIS_LATITUDE, mode, 1));
+        EXPECT_EQ("31.9787369 S", Report(-115123456, AXIS_LATITUDE, mode, 1));
+        EXPECT_EQ("+115.8575363", Report(417087123, AXIS_LONGITUDE, mode, 2));
+        // Any sign mode other than 2 is North/South.
+        EXPECT_EQ("31 58.72427 S", Screen(-115123456, AXIS_LATITUDE, 2, mode));
+        EXPECT_EQ("115.8575363 E", Report(417087123, AXIS_LONGITUDE, 1, mode));
+    }
+    // An axis that is not latitude takes the east/west letters.
+    EXPECT_EQ("0 0.00002 W", Screen(-1, 0, 2, 1));
+    EXPECT_EQ("1 W", Report(-1, 7, 4, 1));
+}
+
+TEST_F(DisplayFormatTest, ReadingsOfEveryMode) {
+    // The default curve's entries, bit for bit.
+    ChannelLookup[0][0] = 0.0f;
+    ChannelLookup[0][1] = FromBits(0x3EC8C8CAu);
+    ChannelLookup[0][255] = 100.0f;
+    const char* raw1[] = {"1", "0", "0.4", "0.392"};
+    const char* raw255[] = {"255", "100", "100.0", "100.000"};
+    const int32_t modes[] = {-1, 0, 1, 3};
+    for (int i = 0; i < 4; i++) {
+        EXPECT_EQ(raw1[i], ScreenReading(0, 1, modes[i]));
+        EXPECT_EQ(raw1[i], ReportReading(0, 1, modes[i]));
+        EXPECT_EQ(raw255[i], ScreenReading(0, 255, modes[i]));
+        EXPECT_EQ(raw255[i], ReportReading(0, 255, modes[i]));
+    }
+
+    // Truncation toward zero, the minus sign kept in the float forms.
+    ChannelLookup[2][10] = -0.7f;
+    ChannelLookup[2][11] = -3.7f;
+    ChannelLookup[2][12] = 99.6f;
+    EXPECT_EQ("0", ScreenReading(2, 10, 0));
+    EXPECT_EQ("-0.7", ScreenReading(2, 10, 1));
+    EXPECT_EQ("-0.700", ReportReading(2, 10, 3));
+    EXPECT_EQ("-3", ReportReading(2, 11, 0));
+    EXPECT_EQ("99", ScreenReading(2, 12, 0));
+    EXPECT_EQ("99.6", ReportReading(2, 12, 1));
+    EXPECT_EQ("11", ScreenReading(2, 11, -1));  // Raw does not look the value up
+
+    // A mode outside the list: three decimals on the screen, integer in a report.
+    for (int32_t mode : {2, -2, 4, INT32_MIN}) {
+        EXPECT_EQ("-3.700", ScreenReading(2, 11, mode));
+        EXPECT_EQ("-3", ReportReading(2, 11, mode));
+    }
+}
+
+TEST_F(DisplayFormatTest, AbsurdInputStaysInBounds) {
+    ChannelLookup[1][5] = 3.0e38f;
+    ChannelLookup[1][6] = -3.0e38f;
+    ChannelLookup[1][7] = 2147483648.0f;
+    EXPECT_EQ("2147483647", ScreenReading(1, 7, 0));  // saturates, does not wrap
+    EXPECT_EQ("-2147483648", ReportReading(1, 6, 0));
+    char text[ScreenTextSize + 8];
+    memset(text, '#', sizeof text);
+    ScreenFormat.readingMode = 3;
+    AppendChannelMark(FormatReading(1, 6, text), INT32_MIN);
+    EXPECT_EQ(0, strncmp(text, "-300000", 7));
+    EXPECT_LT(strlen(text), (size_t)ScreenTextSize);
+    EXPECT_EQ('#', text[ScreenTextSize]);
+    // Channels outside 0..3 take the nearest table.
+    ChannelLookup[0][9] = 1.5f;
+    ChannelLookup[3][9] = 2.5f;
+    EXPECT_EQ("1.500", ScreenReading(-4, 9, 3));
+    EXPECT_EQ("2.500", ReportReading(9, 9, 3));
+
+    // A report field is cut to one field's room, or to the line's size.
+    char line[ReportFieldSize * 2] = "";
+    AppendReadingField(line, 1, 5, DisplayFormat{1, 1, 3});
+    EXPECT_EQ((size_t)ReportFieldSize - 1, strlen(line));
+    char buffer[16];
+    memset(buffer, '#', sizeof buffer);
+    strcpy(buffer, "abc");
+    AppendPositionField(buffer, 10, -115123456, AXIS_LATITUDE, DisplayFormat{2, 2, 1});
+    EXPECT_STREQ("abc-31 58", buffer);
+    EXPECT_EQ('#', buffer[10]);
+    AppendReadingField(buffer, 10, 0, 200, DisplayFormat{1, 1, -1});
+    EXPECT_STREQ("abc-31 58", buffer);
+    // A line with no terminator inside its size is ended, not read beyond.
+    memset(buffer, 'z', sizeof buffer);
+    AppendReadingField(buffer, 8, 0, 7, DisplayFormat{1, 1, -1});
+    EXPECT_EQ(std::string(7, 'z'), std::string(buffer));
+}
+
+TEST_F(DisplayFormatTest, ChannelMarkInRecordRowsAndLiveRow) {
+    ScreenFormat.readingMode = -1;
+    currentInputChannel = 2;
+    Record row = {};
+    row.ch[0] = 10;
+    row.ch[2] = 30;
+    row.accessoryChannel = 7;
+    char out[ScreenTextSize];
+    EXPECT_STREQ("30", FormatRowReading(row, 2, out));  // no RECORD_HAS_CHANNEL
+    row.flags = RECORD_HAS_CHANNEL;
+    EXPECT_STREQ("30 [7]", FormatRowReading(row, 2, out));
+    EXPECT_STREQ("10", FormatRowReading(row, 0, out));  // not the input channel
+
+    LiveRowText live;
+    memset(&live, '#', sizeof live);
+    liveState.liveLatitude = -115123456;
+    EXPECT_EQ(0, FormatLiveRow(&live));  // dataValidTicks 0
+    EXPECT_STREQ("- No currently valid data -", live.cell[0]);
+    for (int c = 1; c < ListingColumnCount; c++) EXPECT_STREQ("", live.cell[c]);
+
+    ScreenFormat = {LATLONG_DEG_MIN, SIGN_NORTH_SOUTH, READING_0_0};
+    recordCount = 41;
+    liveState.dataValidTicks = 4;
+    liveState.liveLongitude = 417087123;
+    for (int c = 0; c < 4; c++) liveState.liveReadings[c] = (uint8_t)(20 + c);
+    EXPECT_EQ(1, FormatLiveRow(&live));
+    const char* expected[] = {"42",   "31 58.72427 S", "115 51.45205 E", "20.0", "21.0",
+                              "22.0", "23.0"};  // accessory channel 0: no mark
+    for (int c = 0; c < ListingColumnCount; c++) EXPECT_STREQ(expected[c], live.cell[c]);
+    liveState.liveAccessoryChannel = 5;
+    FormatLiveRow(&live);
+    EXPECT_STREQ("22.0 [5]", live.cell[5]);
+    EXPECT_STREQ("23.0", live.cell[6]);
+}
+
+TEST_F(DisplayFormatTest, RowStampAndDateText) {
+    char out[ScreenTextSize];
+    EXPECT_STREQ("1 - unknown", FormatRowStamp(0, 0, out));
+    EXPECT_STREQ("12 - unknown", FormatRowStamp(11, 0, out));
+    // The fake breaks clock values down as UTC.
+    const uint32_t tuesday = 1614675907u;  // 2021-03-02 09:05:07
+    EXPECT_STREQ("12 - 09:05:07", FormatRowStamp(11, tuesday, out));
+    EXPECT_STREQ("16000 - 23:59:59", FormatRowStamp(15999, 86399, out));
+    EXPECT_STREQ("2147483648 - 00:00:01", FormatRowStamp(INT32_MAX, 1, out));
+
+    char date[DateTextSize];
+    EXPECT_STREQ("Tue Mar 02 09:05:07 2021\n", FormatDateText(tuesday, date));
+    EXPECT_STREQ("Thu Jan 01 00:00:00 1970\n", FormatDateText(0, date));
+    EXPECT_STREQ("Sun Feb 07 06:28:15 2106\n", FormatDateText(UINT32_MAX, date));
+    EXPECT_EQ(25u, strlen(FormatDateText(1700000000u, date)));
+}
+
+TEST_F(DisplayFormatTest, DisplayFileNameFollowsFullPathFlag) {
+    const char* path = "C:\\Surveys\\North\\Run1.dat";
+    EXPECT_STREQ("Run1.dat", DisplayFileName(path));
+    EXPECT_EQ(path + 17, DisplayFileName(path));  // a pointer into the path
+    EXPECT_STREQ("", DisplayFileName("C:\\Surveys\\"));
+    EXPECT_STREQ("a/b.dat", DisplayFileName("a/b.dat"));  // only '\' separates
+    EXPECT_STREQ("", DisplayFileName(""));
+    statusFlags |= STATUS_FULL_PATH;
+    EXPECT_EQ(path, DisplayFileName(path));
+    EXPECT_STREQ("Run1.dat", DisplayFileName("Run1.dat"));
+    EXPECT_STREQ("", DisplayFileName(""));
+}
+
+TEST_F(DisplayFormatTest, FormatsReadFromTheirOwnSections) {
+    // Defaults: the screen in Deg Min, both reports in Deg.
+    ScreenFormat = {9, 9, 9};
+    LoadScreenFormat();
+    DisplayFormat print = ReadPrintListingFormat();
+    DisplayFormat file = ReadListingFileFormat();
+    EXPECT_EQ(
+        std::vector<int>({2, 1, 1, 1, 1, 1, 1, 1, 1}),
+        std::vector<int>({ScreenFormat.latLongMode, ScreenFormat.signMode, ScreenFormat.readingMode,
+                          print.latLongMode, print.signMode, print.readingMode, file.latLongMode,
+                          file.signMode, file.readingMode}));
+    WriteSetting(KeyListingDecimalPlaces, "-1");
+    WriteSetting(KeyPrintListingLatLong, "3");
+    WriteSetting(KeyListingFileSign, "2");
+    LoadScreenFormat();
+    print = ReadPrintListingFormat();
+    file = ReadListingFileFormat();
+    EXPECT_EQ(
+        std::vector<int>({2, 1, -1, 3, 1, 1, 1, 2, 1}),
+        std::vector<int>({ScreenFormat.latLongMode, ScreenFormat.signMode, ScreenFormat.readingMode,
+                          print.latLongMode, print.signMode, print.readingMode, file.latLongMode,
+                          file.signMode, file.readingMode}));
+}
+
+}  // namespace

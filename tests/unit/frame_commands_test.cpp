@@ -1,0 +1,169 @@
+#include "shell/frame_commands.h"
+
+#include <gtest/gtest.h>
+#include <string.h>
+
+#include <set>
+#include <string>
+
+#include "fake_platform.h"
+#include "resources/resource_ids.h"
+#include "shell/app_paths.h"
+#include "storage/settings_file.h"
+#include "survey/survey_state.h"
+
+namespace {
+
+class FrameCommands : public ::testing::Test {
+protected:
+    void SetUp() override { ResetFakeWorld(); }
+    static std::string Setting(const char* section, const char* key) {
+        char text[64];
+        ProfileGetString(section, key, "<absent>", text, sizeof text, settingsPath);
+        return text;
+    }
+};
+
+TEST_F(FrameCommands, IdleWithEmptyStore) {
+    for (int id : {IDM_FILE_OPEN, IDM_FILE_SAVE_AS, IDM_RECORD_START, IDM_RECORD_TAKE_READING,
+                   IDM_RECORD_SETTINGS, IDM_RECORD_CALIBRATION, IDM_CONFIG_PORT, IDM_CONFIG_GPS,
+                   IDM_CONFIG_GPS_DIFF, IDM_CONFIG_AR3000A, IDM_CONFIG_TZR4100,
+                   IDM_CONFIG_RESET_CONTROLLER, IDM_RECORD_MANUAL_READING, IDM_RECORD_ADD_TAG,
+                   IDM_FILE_EXIT, IDM_WINDOW_SHOW_PLOT, IDM_HELP_ABOUT})
+        EXPECT_EQ(1, MenuItemEnabled(id)) << id;
+    statusFlags |= STATUS_CHANGED;  // changed, but neither records nor a file
+    for (int id : {IDM_FILE_SAVE, IDM_FILE_CLOSE, IDM_FILE_MAKE_LISTING, IDM_FILE_PRINT_LISTING,
+                   IDM_FILE_PRINT_PLOT, IDM_RECORD_STOP, IDM_RECORD_CLEAR, IDM_RECORD_FILTER,
+                   IDM_RECORD_STATISTICS})
+        EXPECT_EQ(0, MenuItemEnabled(id)) << id;
+    EXPECT_EQ(0, RecordsReadyForOutput());
+}
+
+TEST_F(FrameCommands, IdleWithRecordsAndNoFile) {
+    recordCount = 3;
+    statusFlags |= STATUS_CHANGED;
+    for (int id : {IDM_FILE_MAKE_LISTING, IDM_FILE_PRINT_LISTING, IDM_FILE_PRINT_PLOT,
+                   IDM_RECORD_CLEAR, IDM_RECORD_FILTER, IDM_RECORD_STATISTICS})
+        EXPECT_EQ(1, MenuItemEnabled(id)) << id;
+    EXPECT_EQ(1, RecordsReadyForOutput());
+    EXPECT_EQ(0, MenuItemEnabled(IDM_FILE_SAVE));  // Save needs a file name
+    EXPECT_EQ(0, MenuItemEnabled(IDM_FILE_CLOSE));
+}
+
+TEST_F(FrameCommands, SaveAndCloseWithFileNamed) {
+    snprintf(dataFileName, sizeof dataFileName, "%s", "C:\\survey.DAT");
+    EXPECT_EQ(1, MenuItemEnabled(IDM_FILE_CLOSE));
+    EXPECT_EQ(0, MenuItemEnabled(IDM_FILE_SAVE));  // nothing changed
+    statusFlags |= STATUS_CHANGED;
+    EXPECT_EQ(0, MenuItemEnabled(IDM_FILE_SAVE));  // empty store
+    recordCount = 1;
+    EXPECT_EQ(1, MenuItemEnabled(IDM_FILE_SAVE));
+    statusFlags |= STATUS_RECORDING;  // recording does not grey Save or Close
+    EXPECT_EQ(1, MenuItemEnabled(IDM_FILE_SAVE));
+    EXPECT_EQ(1, MenuItemEnabled(IDM_FILE_CLOSE));
+}
+
+TEST_F(FrameCommands, RecordingGreysWhatChangesTheSurvey) {
+    recordCount = 20;
+    statusFlags |= STATUS_RECORDING;
+    for (int id : {IDM_FILE_OPEN, IDM_FILE_SAVE_AS, IDM_FILE_MAKE_LISTING, IDM_FILE_PRINT_LISTING,
+                   IDM_FILE_PRINT_PLOT, IDM_RECORD_START, IDM_RECORD_TAKE_READING,
+                   IDM_RECORD_CLEAR, IDM_RECORD_FILTER, IDM_RECORD_STATISTICS,
+                   IDM_RECORD_SETTINGS, IDM_RECORD_CALIBRATION, IDM_CONFIG_PORT, IDM_CONFIG_GPS,
+                   IDM_CONFIG_GPS_DIFF, IDM_CONFIG_AR3000A, IDM_CONFIG_TZR4100,
+                   IDM_CONFIG_RESET_CONTROLLER})
+        EXPECT_EQ(0, MenuItemEnabled(id)) << id;
+    for (int id : {IDM_RECORD_STOP, IDM_RECORD_MANUAL_READING, IDM_RECORD_ADD_TAG,
+                   IDM_RECORD_CALTEXT_1, IDM_CONFIG_DISPLAY, IDM_FILE_PREFERENCES,
+                   IDM_WINDOW_CASCADE, IDM_HELP_HELP})
+        EXPECT_EQ(1, MenuItemEnabled(id)) << id;
+    EXPECT_EQ(0, RecordsReadyForOutput());
+}
+
+TEST_F(FrameCommands, AccessoryModesAreChecked) {
+    EXPECT_EQ(0, MenuItemChecked(IDM_CONFIG_GPS_DIFF));
+    statusFlags = STATUS_AR3000A_MODE;
+    EXPECT_EQ(0, MenuItemChecked(IDM_CONFIG_GPS_DIFF));
+    EXPECT_EQ(1, MenuItemChecked(IDM_CONFIG_AR3000A));
+    EXPECT_EQ(0, MenuItemChecked(IDM_CONFIG_TZR4100));
+    statusFlags = STATUS_TZR_MODE | STATUS_GPS_DIFF_MODE;
+    EXPECT_EQ(1, MenuItemChecked(IDM_CONFIG_GPS_DIFF));
+    EXPECT_EQ(0, MenuItemChecked(IDM_CONFIG_AR3000A));
+    EXPECT_EQ(1, MenuItemChecked(IDM_CONFIG_TZR4100));
+    EXPECT_EQ(0, MenuItemChecked(IDM_RECORD_START));
+}
+
+TEST_F(FrameCommands, MenuListHoldsEveryFrameCommandOnce) {
+    std::set<int> seen;
+    for (int i = 0; i < FrameMenuIdCount; i++) {
+        int id = FrameMenuIds[i];
+        EXPECT_TRUE(seen.insert(id).second) << id;
+        EXPECT_GE(id, FirstFrameCommand);
+        EXPECT_LE(id, LastFrameCommand);
+    }
+    EXPECT_EQ(42u, seen.size());
+}
+
+TEST_F(FrameCommands, ResetControllerAnsweredNoChangesNothing) {
+    fake.portOpen = true;
+    statusFlags = STATUS_TZR_MODE;
+    fake.answers = {0};
+    ResetController();
+    EXPECT_EQ(1u, fake.questions.size());
+    EXPECT_TRUE(fake.wire.empty());
+    EXPECT_TRUE(statusFlags & STATUS_TZR_MODE);
+    EXPECT_EQ("<absent>", Setting("TZR4100", "Enable TZR4100 mode"));
+}
+
+TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
+    fake.portOpen = true;
+    statusFlags = STATUS_TZR_MODE | STATUS_AR3000A_MODE | STATUS_GPS_DIFF_MODE | STATUS_CHANGED;
+    liveState.liveAccessoryChannel = 4;
+    WriteSetting(KeyTzrNumberOfChannels, "6");
+    fake.answers = {1};
+    ResetController();
+    EXPECT_EQ(
+        "Resetting the controller will set all parameters to their factory default.\n\n"
+        "Do you want to continue?",
+        fake.questions[0]);
+    ASSERT_EQ(1u, FramesSent().size());
+    EXPECT_EQ("FR", FramesSent()[0]);
+    EXPECT_EQ(1, CountStatus("Reset sent to controller"));
+    EXPECT_EQ(STATUS_CHANGED, statusFlags);
+    EXPECT_EQ(0, liveState.liveAccessoryChannel);
+    EXPECT_EQ("0", Setting("TZR4100", "Enable TZR4100 mode"));
+    EXPECT_EQ("1", Setting("TZR4100", "Inital channel"));
+    EXPECT_EQ("10", Setting("TZR4100", "Number of channels"));
+    EXPECT_EQ("0", Setting("AR3000A", "Enable AR3000A mode"));
+    EXPECT_EQ("0", Setting("GPS Diff", "Enable GPS Diff mode"));
+    EXPECT_EQ("4800", Setting("GPS Diff", "Baud Rate"));
+}
+
+TEST_F(FrameCommands, CoreCommandsRunAndOthersAreLeftToTheFrame) {
+    EXPECT_EQ(1, RunCoreFrameCommand(IDM_RECORD_START));
+    EXPECT_TRUE(statusFlags & STATUS_RECORDING);
+    EXPECT_EQ("Recording", fake.pane[1]);
+    EXPECT_EQ(1, RunCoreFrameCommand(IDM_RECORD_STOP));
+    EXPECT_FALSE(statusFlags & STATUS_RECORDING);
+    EXPECT_EQ(1, RunCoreFrameCommand(IDM_RECORD_CLEAR));
+    EXPECT_EQ("Nothing to clear", fake.statusLines.back());
+    size_t lines = fake.statusLines.size();
+    EXPECT_EQ(0, RunCoreFrameCommand(IDM_WINDOW_CASCADE));
+    EXPECT_EQ(0, RunCoreFrameCommand(IDM_FILE_OPEN));
+    EXPECT_EQ(lines, fake.statusLines.size());
+}
+
+TEST_F(FrameCommands, AboutAndWebsiteTexts) {
+    char text[512];
+    FormatAboutText(text, sizeof text);
+    const char* head = "VELDOR\nRF Survey Software\n\nVersion 2.3.3\n\n";
+    EXPECT_EQ(0, strncmp(text, head, strlen(head)));
+    EXPECT_NE(nullptr, strstr(text, MAKER_NAME));
+    FormatWebsiteError(text, sizeof text);
+    EXPECT_STREQ(
+        "Failed to open browser.\n\nPlease manually open a browser and visit "
+        "\"https://www.trevan-instruments.example/\".",
+        text);
+}
+
+}  // namespace
