@@ -27,8 +27,12 @@ for target in "$BUILD"/fuzz_*; do
     echo "$name: replaying $(ls "$known" | wc -l) kept inputs"
     "$target" "$known"/* >/dev/null 2>&1 || { echo "$name: a kept input fails"; status=1; }
   fi
+  # The hand-made test files are the starting corpus.
   seeds=()
-  [ -d "$ROOT/tests/data/seeds/$name" ] && seeds=("$ROOT/tests/data/seeds/$name")
+  case "$name" in
+    fuzz_data_file) seeds=("$ROOT/tests/data/datafiles") ;;
+    fuzz_cal_file) seeds=("$ROOT/tests/data/cal") ;;
+  esac
   echo "$name: fuzzing for ${SECONDS_PER_TARGET} s"
   if "$target" -max_total_time="$SECONDS_PER_TARGET" -max_len=4096 -timeout=10 \
       -artifact_prefix="$artifacts" -print_final_stats=1 "$corpus" "${seeds[@]}" \

@@ -1,0 +1,74 @@
+#include "shell/file_commands.h"
+
+#include "shell/platform.h"
+#include "shell/status_log.h"
+#include "storage/data_file.h"
+#include "storage/reconciliation.h"
+#include "survey/recording_engine.h"
+#include "survey/survey_state.h"
+#include "views/plot_geometry.h"
+
+// Changed data get a chance to be saved first.
+static void AskToSave() {
+    if ((statusFlags & STATUS_CHANGED) && PlatformAskYesNo("Current data has changed\nSave data ?"))
+        FileSave();
+}
+
+void FileOpen() {
+    AskToSave();
+    statusFlags &= ~STATUS_CHANGED;
+    LogStatus("Select data file to open...");
+    if (!ChooseFile(dataFileName, PathSize, CHOOSE_OPEN_DATA)) {
+        LogStatus("No file selected");
+        return;
+    }
+    if (!LoadDataFile()) {
+        recordCount = 0;
+        dataFileName[0] = '\0';
+    }
+    UpdateFrameCaption();
+}
+
+void FileSave() {
+    if (recordCount < 1) return;
+    if (dataFileName[0] == '\0') {
+        FileSaveAs();
+        return;
+    }
+    ReconcileOnSave();
+    if (SaveDataFile()) statusFlags &= ~STATUS_CHANGED;
+}
+
+void FileSaveAs() {
+    LogStatus("Select filename for data file...");
+    // A cancel empties dataFileName; the caption keeps the old name until the
+    // next change.
+    if (!ChooseFile(dataFileName, PathSize, CHOOSE_SAVE_DATA)) {
+        LogStatus("No file selected");
+        return;
+    }
+    ReconcileOnSave();
+    if (SaveDataFile())
+        statusFlags &= ~STATUS_CHANGED;
+    else
+        dataFileName[0] = '\0';
+    UpdateFrameCaption();
+}
+
+void FileClose() {
+    if (dataFileName[0] == '\0') return;
+    AskToSave();
+    statusFlags &= ~STATUS_CHANGED;
+    dataFileName[0] = '\0';
+    recordCount = 0;
+    tagCount = 0;
+    UpdateFrameCaption();
+    listingTopIndex = 0;
+    PlatformSetVerticalScroll(WINDOW_LISTING, 0);
+    ResetPlotView();
+    PlatformRepaint(WINDOW_LISTING, AREA_WHOLE, 1);
+    PlatformRepaint(WINDOW_PLOT, AREA_WHOLE, 1);
+    PlatformRepaint(WINDOW_CHART, AREA_WHOLE, 1);
+    PlatformNotifyWindow(WINDOW_TAGS, 0);
+    LogStatus("File closed");
+}

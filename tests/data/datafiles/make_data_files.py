@@ -1,0 +1,148 @@
+#!/usr/bin/env python3
+"""Writes the data files that the unit tests read, one of each version and the
+damaged ones, each named for what it holds. Made field by field with struct,
+without the program's own writer. Run it from anywhere; the files go beside
+this script.
+
+The contents are what tests/unit/data_file_test.cpp expects: change both
+together.
+"""
+import os
+import struct
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+NAMES = [b"C:\\Survey\\Cal\\Mast.cal", b"", b"C:\\Survey\\Cal\\Dipole 3.cal", b"Ch4.cal"]
+LABELS = [b"North mast", b"Ch 2", b"Repeater", b"Spare 4"]
+
+# flags, accessoryChannel, ch[4], latitude, longitude, time
+RECORDS = [
+    (0x14, 0, (10, 20, 30, 40), 185400000, -3600000, 1600000000),
+    (0x3C, 7, (255, 0, 128, 1), -324000000, 648000000, 1600000005),
+    (0x81, 99, (1, 2, 3, 4), -1, 2147483647, 4294967295),
+    (0x00, 0, (200, 201, 202, 203), 324000000, -648000000, 0),
+]
+TAGS = [(0, b"Start of run"), (3, b"x" * 50), (-1, b"points at no record")]
+
+
+def magic(version):
+    return ("[VELDOR - data file v1.%d]" % version).encode() + b"\0"
+
+
+def text(value, size, junk=b""):
+    """A NUL-terminated text in a field of size bytes, padded with junk (the
+    writer's old buffer contents) or zeros."""
+    assert len(value) < size
+    pad = (junk * size)[: size - len(value) - 1] if junk else b"\0" * (size - len(value) - 1)
+    return value + b"\0" + pad
+
+
+def header(version, start, seconds=5, meters=500, distance=0, input_channel=0,
+           names=NAMES, labels=LABELS, junk=b""):
+    out = magic(version) + struct.pack("<I", start)
+    if version == 1:
+        out += struct.pack("<iH", seconds, input_channel)
+    elif version >= 2:
+        out += struct.pack("<iiBH", seconds, meters, distance, input_channel)
+    for name in names:
+        out += name if len(name) == 260 else text(name, 260, junk)
+    if version == 4:
+        for label in labels:
+            out += label if len(label) == 32 else text(label, 32, junk)
+    return out
+
+
+def record(version, r):
+    flags, channel, ch, lat, lon, time = r
+    out = struct.pack("<BB4Bii", flags, channel, *ch, lat, lon)
+    if version >= 3:
+        out += struct.pack("<I", time)
+    return out
+
+
+def records(version, rows, count=None):
+    out = struct.pack("<i", len(rows) if count is None else count)
+    for r in rows:
+        out += record(version, r)
+    return out
+
+
+def tags(rows, count_field=None, junk=b""):
+    out = struct.pack("<i", len(rows)) if count_field is None else struct.pack("<I", count_field)
+    for index, value in rows:
+        out += struct.pack("<i", index)
+        out += value if len(value) == 51 else text(value, 51, junk)
+    return out
+
+
+TRAILER = b"[End]\0"
+
+
+def write(name, data):
+    with open(os.path.join(HERE, name), "wb") as f:
+        f.write(data)
+
+
+def main():
+    # One sound file of each version.
+    v10 = header(0, 1000000000) + records(0, RECORDS[:3])
+    v11 = header(1, 1100000000, seconds=7, input_channel=2) + records(1, RECORDS)
+    v12 = (header(2, 1200000000, seconds=10, meters=250, distance=1, input_channel=3)
+           + records(2, RECORDS[:3]) + tags(TAGS[:2]) + TRAILER)
+    # v1.3 carries old buffer contents behind every NUL and bytes behind the
+    # trailer, which a reader ignores.
+    v13 = (header(3, 1300000000, seconds=2, meters=1000, distance=0, input_channel=1,
+                  junk=b"JUNK")
+           + records(3, RECORDS) + tags(TAGS, junk=b"#") + TRAILER + b"anything after")
+    v14 = (header(4, 1400000000, seconds=3, meters=20, distance=1, input_channel=0)
+           + records(4, RECORDS) + tags(TAGS) + TRAILER)
+    empty14 = (header(4, 0, seconds=5, meters=500, names=[b""] * 4,
+                      labels=[b"Ch 1", b"Ch 2", b"Ch 3", b"Ch 4"])
+               + records(4, []) + tags([]) + TRAILER)
+    assert len(v10) == 1074 + 14 * 3
+    assert len(v11) == 1080 + 14 * 4
+    assert len(v12) == 1095 + 14 * 3 + 55 * 2
+    assert len(v14) == 1223 + 18 * 4 + 55 * 3
+    assert len(empty14) == 1223
+    write("v1_0.dat", v10)
+    write("v1_1.dat", v11 + b"bytes behind the last record")
+    write("v1_2.dat", v12)
+    write("v1_3.dat", v13)
+    write("v1_4.dat", v14)
+    write("v1_4_empty.dat", empty14)
+
+    # Damaged files, each named for its fault.
+    write("wrong_magic.dat", magic(5) + v14[26:])
+    write("magic_without_nul.dat", v14[:25] + b"X" + v14[26:])
+    write("shorter_than_magic.dat", v14[:20])
+    write("truncated_v1_4.dat", v14[: 1213 + 18 * 2 + 7])
+    write("truncated_v1_4_trailer.dat", v14[:-1])
+    write("truncated_v1_1.dat", v11[: 1080 + 14 * 2 + 9])
+    many = [(i & 0xFF, 0, (i & 0xFF, 1, 2, 3), i, -i, 0) for i in range(16001)]
+    write("record_count_16001.dat",
+          header(2, 1200000000, seconds=10, meters=250, distance=1, input_channel=3)
+          + records(2, many) + tags([]) + TRAILER)
+    write("negative_record_count.dat",
+          header(3, 1300000000, input_channel=1) + records(3, [], count=-5)
+          + tags(TAGS[:1]) + TRAILER)
+    write("tag_count_1001.dat",
+          header(3, 1300000000) + records(3, RECORDS[:1])
+          + tags([(0, b"tag %d" % i) for i in range(1001)]) + TRAILER)
+    # Only the low 16 bits of the tag count are taken: 0x00010002 is 2.
+    write("tag_count_high_bits.dat",
+          header(3, 1300000000) + records(3, RECORDS[:1])
+          + tags(TAGS[:2], count_field=0x00010002) + TRAILER)
+    names = list(NAMES)
+    names[1] = b"A" * 260
+    write("name_without_nul.dat", header(4, 1400000000, names=names)
+          + records(4, RECORDS) + tags(TAGS) + TRAILER)
+    labels = list(LABELS)
+    labels[2] = b"L" * 32
+    write("label_without_nul.dat", header(4, 1400000000, labels=labels)
+          + records(4, RECORDS) + tags(TAGS) + TRAILER)
+    write("tag_text_without_nul.dat", header(4, 1400000000) + records(4, RECORDS)
+          + tags([(1, b"T" * 51)]) + TRAILER)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,476 @@
+#include "storage/data_file.h"
+
+#include <gtest/gtest.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <string.h>
+#include <sys/stat.h>
+
+#include <string>
+#include <vector>
+
+#include "fake_platform.h"
+#include "views/plot_geometry.h"
+
+#ifdef _WIN32
+#include <direct.h>
+#include <process.h>
+#define getpid _getpid
+#define MakeFolder(path) _mkdir(path)
+#else
+#include <unistd.h>
+#define MakeFolder(path) mkdir(path, 0755)
+#endif
+
+namespace {
+
+// tests/data/datafiles/, made by make_data_files.py there.
+std::string TestFile(const char* name) {
+#ifdef VELDOR_TEST_DATA_DIR
+    std::string data = VELDOR_TEST_DATA_DIR;
+#else
+    std::string here = __FILE__;
+    std::string unitDir = here.substr(0, here.find_last_of("/\\"));
+    std::string data = unitDir.substr(0, unitDir.find_last_of("/\\")) + "/data";
+#endif
+    return data + "/datafiles/" + name;
+}
+
+std::string TempPath(const char* name) {
+    char buffer[512];
+    snprintf(buffer, sizeof buffer, "%sveldor-datafile-%d-%s", testing::TempDir().c_str(),
+             (int)getpid(), name);
+    return buffer;
+}
+
+std::string ReadBytes(const std::string& path) {
+    std::string bytes;
+    FILE* f = fopen(path.c_str(), "rb");
+    if (f == nullptr) return "<missing>";
+    char buffer[4096];
+    size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, f)) > 0) bytes.append(buffer, n);
+    fclose(f);
+    return bytes;
+}
+
+void WriteBytes(const std::string& path, const std::string& bytes) {
+    FILE* f = fopen(path.c_str(), "wb");
+    ASSERT_NE(nullptr, f);
+    fwrite(bytes.data(), 1, bytes.size(), f);
+    fclose(f);
+}
+
+uint32_t U32At(const std::string& b, size_t at) {
+    return (uint32_t)(uint8_t)b[at] | (uint32_t)(uint8_t)b[at + 1] << 8 |
+           (uint32_t)(uint8_t)b[at + 2] << 16 | (uint32_t)(uint8_t)b[at + 3] << 24;
+}
+
+void UseFile(const std::string& path) {
+    snprintf(dataFileName, PathSize, "%s", path.c_str());
+}
+
+// A survey in memory that a failed load must or must not disturb.
+void FillPreviousSurvey() {
+    recordCount = 2;
+    recordStore.rows[0].latitude = 42;
+    tagCount = 2;
+    tagRecord[0] = 1;
+    snprintf(tagText[0], TagTextSize, "old tag");
+    snprintf(recordingParams.calFileName[0], PathSize, "old.cal");
+    snprintf(channelLabels[0], ChannelLabelSize, "Old label");
+}
+
+// The records that make_data_files.py writes.
+struct ExpectedRecord {
+    uint8_t flags, channel, ch[4];
+    int32_t latitude, longitude;
+    uint32_t time;
+};
+const ExpectedRecord FileRecords[4] = {
+    {0x14, 0, {10, 20, 30, 40}, 185400000, -3600000, 1600000000u},
+    {0x3C, 7, {255, 0, 128, 1}, -324000000, 648000000, 1600000005u},
+    {0x81, 99, {1, 2, 3, 4}, -1, 2147483647, 4294967295u},
+    {0x00, 0, {200, 201, 202, 203}, 324000000, -648000000, 0u},
+};
+
+void ExpectFileRecords(int count, bool withTime) {
+    ASSERT_EQ(count, recordCount);
+    for (int i = 0; i < count; i++) {
+        const Record& r = recordStore.rows[i];
+        const ExpectedRecord& e = FileRecords[i];
+        EXPECT_EQ(e.flags, r.flags) << i;
+        EXPECT_EQ(e.channel, r.accessoryChannel) << i;
+        for (int c = 0; c < 4; c++) EXPECT_EQ(e.ch[c], r.ch[c]) << i;
+        EXPECT_EQ(e.latitude, r.latitude) << i;
+        EXPECT_EQ(e.longitude, r.longitude) << i;
+        EXPECT_EQ(withTime ? e.time : 0u, r.time) << i;
+    }
+}
+
+void ExpectFileNames() {
+    EXPECT_STREQ("C:\\Survey\\Cal\\Mast.cal", recordingParams.calFileName[0]);
+    EXPECT_STREQ("", recordingParams.calFileName[1]);
+    EXPECT_STREQ("C:\\Survey\\Cal\\Dipole 3.cal", recordingParams.calFileName[2]);
+    EXPECT_STREQ("Ch4.cal", recordingParams.calFileName[3]);
+}
+
+class DataFile : public ::testing::Test {
+protected:
+    void SetUp() override { ResetFakeWorld(); }
+};
+
+TEST_F(DataFile, EmptyStoreWritesTheFixedPartAtItsOffsets) {
+    recordingParams.intervalSeconds = 5;
+    recordingParams.intervalMeters = 500;
+    std::string path = TempPath("empty.dat");
+    UseFile(path);
+    statusFlags |= STATUS_FULL_PATH;
+    ASSERT_EQ(1, SaveDataFile());
+    std::string bytes = ReadBytes(path);
+    ASSERT_EQ(1223u, bytes.size());
+    // Field for field what a fresh program saves; the reference is made
+    // without the program's writer.
+    EXPECT_EQ(ReadBytes(TestFile("v1_4_empty.dat")), bytes);
+    EXPECT_EQ(std::vector<std::string>(
+                  {"Opening file '" + path + "'", "Data written to file '" + path + "'"}),
+              fake.statusLines);
+    EXPECT_EQ(0, fake.busy);
+    EXPECT_EQ(ReadBytes(path + ".tmp"), "<missing>");
+
+    // Each header field at its offset.
+    recordingParams.startTime = 0x01020304;
+    recordingParams.intervalSeconds = -2;
+    recordingParams.intervalMeters = 0x11223344;
+    recordingParams.distanceMode = 1;
+    recordingParams.inputChannel = 0xBEEF;
+    snprintf(recordingParams.calFileName[3], PathSize, "D.cal");
+    snprintf(channelLabels[3], ChannelLabelSize, "Four");
+    ASSERT_EQ(1, SaveDataFile());
+    bytes = ReadBytes(path);
+    EXPECT_EQ(std::string("[VELDOR - data file v1.4]\0", 26), bytes.substr(0, 26));
+    EXPECT_EQ(0x01020304u, U32At(bytes, 26));
+    EXPECT_EQ(0xFFFFFFFEu, U32At(bytes, 30));
+    EXPECT_EQ(0x11223344u, U32At(bytes, 34));
+    EXPECT_EQ(1, bytes[38]);
+    EXPECT_EQ(0xEF, (uint8_t)bytes[39]);
+    EXPECT_EQ(0xBE, (uint8_t)bytes[40]);
+    EXPECT_EQ(std::string("D.cal\0", 6), bytes.substr(41 + 3 * 260, 6));
+    EXPECT_EQ(std::string("Four\0", 5), bytes.substr(1081 + 3 * 32, 5));
+    EXPECT_EQ(std::string("Ch 1\0", 5), bytes.substr(1081, 5));
+    EXPECT_EQ(0u, U32At(bytes, 1209));
+    EXPECT_EQ(0u, U32At(bytes, 1213));
+    EXPECT_EQ(std::string("[End]\0", 6), bytes.substr(1217));
+
+    // The empty file reads back as a success with no records.
+    recordCount = 3;
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_EQ(0, recordCount);
+    EXPECT_STREQ("Four", channelLabels[3]);
+    remove(path.c_str());
+}
+
+TEST_F(DataFile, SavedSurveyReadsBackFieldByField) {
+    recordingParams = RecordingParams{1700000000u, 9, 77, 1, 3, {}};
+    snprintf(recordingParams.calFileName[0], PathSize, "C:\\Cal\\a.cal");
+    snprintf(recordingParams.calFileName[2], PathSize, "%0259d", 7);  // the longest name
+    snprintf(channelLabels[1], ChannelLabelSize, "%031d", 5);         // the longest label
+    const int n = 1234;
+    for (int i = 0; i < n; i++) {
+        Record& r = recordStore.rows[i];
+        r.flags = (uint8_t)(i * 7);
+        r.accessoryChannel = (uint8_t)(i * 3);
+        for (int c = 0; c < 4; c++) r.ch[c] = (uint8_t)(i + 60 * c);
+        r.latitude = (int32_t)(i * 262147) - 324000000;
+        r.longitude = i % 2 ? INT32_MIN + i : INT32_MAX - i;
+        r.time = 0xFFFFFF00u + (uint32_t)i;
+    }
+    recordCount = n;
+    tagCount = 3;
+    tagRecord[0] = 0;
+    tagRecord[1] = n - 1;
+    tagRecord[2] = -7;
+    snprintf(tagText[0], TagTextSize, "first");
+    snprintf(tagText[1], TagTextSize, "%050d", 1);  // 50 characters, the most a file holds
+    tagText[2][0] = '\0';
+
+    std::string path = TempPath("roundtrip.dat");
+    UseFile(path);
+    ASSERT_EQ(1, SaveDataFile());
+    EXPECT_EQ((size_t)(1223 + 18 * n + 55 * 3), ReadBytes(path).size());
+
+    const RecordingParams savedParams = recordingParams;
+    std::vector<Record> savedRows(recordStore.rows, recordStore.rows + n);
+    char savedLabels[4][ChannelLabelSize];
+    memcpy(savedLabels, channelLabels, sizeof savedLabels);
+    std::vector<std::string> savedTags;
+    for (int i = 0; i < 3; i++) savedTags.push_back(tagText[i]);
+
+    ResetSurveyState();
+    statusFlags = STATUS_CHANGED | STATUS_FULL_PATH;
+    listingTopIndex = 40;
+    plotView.centreLatitude = 5;
+    plotView.scale = 9;
+    for (int w : {WINDOW_LISTING, WINDOW_PLOT, WINDOW_CHART, WINDOW_TAGS})
+        fake.windowExists[w] = true;
+    UseFile(path);
+    ASSERT_EQ(1, LoadDataFile());
+
+    ASSERT_EQ(n, recordCount);
+    for (int i = 0; i < n; i++) {
+        const Record& a = savedRows[i];
+        const Record& b = recordStore.rows[i];
+        ASSERT_TRUE(a.flags == b.flags && a.accessoryChannel == b.accessoryChannel &&
+                    memcmp(a.ch, b.ch, 4) == 0 && a.latitude == b.latitude &&
+                    a.longitude == b.longitude && a.time == b.time)
+            << "record " << i;
+    }
+    EXPECT_EQ(savedParams.startTime, recordingParams.startTime);
+    EXPECT_EQ(savedParams.intervalSeconds, recordingParams.intervalSeconds);
+    EXPECT_EQ(savedParams.intervalMeters, recordingParams.intervalMeters);
+    EXPECT_EQ(savedParams.distanceMode, recordingParams.distanceMode);
+    EXPECT_EQ(savedParams.inputChannel, recordingParams.inputChannel);
+    EXPECT_EQ(3, currentInputChannel);
+    for (int c = 0; c < 4; c++) {
+        EXPECT_STREQ(savedParams.calFileName[c], recordingParams.calFileName[c]);
+        EXPECT_STREQ(savedLabels[c], channelLabels[c]);
+    }
+    ASSERT_EQ(3, tagCount);
+    EXPECT_EQ(0, tagRecord[0]);
+    EXPECT_EQ(n - 1, tagRecord[1]);
+    EXPECT_EQ(-7, tagRecord[2]);
+    for (int i = 0; i < 3; i++) EXPECT_EQ(savedTags[i], tagText[i]);
+
+    // The views start again on the new data; STATUS_CHANGED is left alone.
+    EXPECT_EQ(STATUS_CHANGED | STATUS_FULL_PATH, statusFlags);
+    EXPECT_EQ(0, listingTopIndex);
+    EXPECT_EQ(std::vector<int>{0}, fake.scrollPositions);
+    EXPECT_EQ(0, plotView.centreLatitude);
+    EXPECT_EQ(0, plotView.scale);
+    EXPECT_STREQ("Plot", plotTitle);
+    ASSERT_EQ(3u, fake.repaints.size());
+    for (const RepaintRequest& r : fake.repaints) {
+        EXPECT_EQ(AREA_WHOLE, r.area);
+        EXPECT_EQ(1, r.erase);
+    }
+    EXPECT_EQ(std::vector<int>({WINDOW_TAGS, WINDOW_PLOT}), fake.notifications);
+    EXPECT_EQ("Data read from file '" + path + "'", fake.statusLines.back());
+    EXPECT_EQ(0, fake.busy);
+    remove(path.c_str());
+}
+
+TEST_F(DataFile, EveryVersionReadsWithItsOffsetsAndDefaults) {
+    // v1.0: intervals and distance supplied, the current input channel kept
+    // and copied, no times, tags and labels untouched.
+    FillPreviousSurvey();
+    currentInputChannel = 2;
+    UseFile(TestFile("v1_0.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_EQ(1000000000u, recordingParams.startTime);
+    EXPECT_EQ(5, recordingParams.intervalSeconds);
+    EXPECT_EQ(500, recordingParams.intervalMeters);
+    EXPECT_EQ(0, recordingParams.distanceMode);
+    EXPECT_EQ(2, recordingParams.inputChannel);
+    EXPECT_EQ(2, currentInputChannel);
+    ExpectFileNames();
+    ExpectFileRecords(3, false);
+    EXPECT_EQ(2, tagCount);
+    EXPECT_STREQ("old tag", tagText[0]);
+    EXPECT_STREQ("Old label", channelLabels[0]);
+
+    // v1.1: the input channel directly behind the seconds (offset 34), and it
+    // becomes the current one; bytes behind the last record are ignored.
+    recordingParams.distanceMode = 1;
+    UseFile(TestFile("v1_1.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_EQ(1100000000u, recordingParams.startTime);
+    EXPECT_EQ(7, recordingParams.intervalSeconds);
+    EXPECT_EQ(500, recordingParams.intervalMeters);
+    EXPECT_EQ(0, recordingParams.distanceMode);
+    EXPECT_EQ(2, recordingParams.inputChannel);
+    ExpectFileNames();
+    ExpectFileRecords(4, false);
+    EXPECT_EQ(2, tagCount);
+
+    // v1.2: the input channel behind distanceMode (offset 39); tags read
+    // although the records have no times.
+    UseFile(TestFile("v1_2.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_EQ(1200000000u, recordingParams.startTime);
+    EXPECT_EQ(10, recordingParams.intervalSeconds);
+    EXPECT_EQ(250, recordingParams.intervalMeters);
+    EXPECT_EQ(1, recordingParams.distanceMode);
+    EXPECT_EQ(3, recordingParams.inputChannel);
+    EXPECT_EQ(3, currentInputChannel);
+    ExpectFileNames();
+    ExpectFileRecords(3, false);
+    ASSERT_EQ(2, tagCount);
+    EXPECT_EQ(0, tagRecord[0]);
+    EXPECT_STREQ("Start of run", tagText[0]);
+    EXPECT_EQ(3, tagRecord[1]);
+    EXPECT_EQ(std::string(50, 'x'), tagText[1]);
+
+    // v1.3: times; old buffer contents behind every NUL and bytes behind the
+    // trailer mean nothing; the labels in memory stay.
+    UseFile(TestFile("v1_3.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_EQ(2, recordingParams.intervalSeconds);
+    EXPECT_EQ(1000, recordingParams.intervalMeters);
+    EXPECT_EQ(0, recordingParams.distanceMode);
+    EXPECT_EQ(1, currentInputChannel);
+    ExpectFileNames();
+    ExpectFileRecords(4, true);
+    ASSERT_EQ(3, tagCount);
+    EXPECT_EQ(-1, tagRecord[2]);
+    EXPECT_STREQ("points at no record", tagText[2]);
+    EXPECT_STREQ("Old label", channelLabels[0]);
+
+    // Saved again it is a v1.4 file with those labels.
+    std::string path = TempPath("upgraded.dat");
+    UseFile(path);
+    ASSERT_EQ(1, SaveDataFile());
+    EXPECT_EQ((size_t)(1223 + 18 * 4 + 55 * 3), ReadBytes(path).size());
+
+    // v1.4: labels; a file written by another writer comes out of this one
+    // byte for byte.
+    UseFile(TestFile("v1_4.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_STREQ("North mast", channelLabels[0]);
+    EXPECT_STREQ("Spare 4", channelLabels[3]);
+    ExpectFileRecords(4, true);
+    UseFile(path);
+    ASSERT_EQ(1, SaveDataFile());
+    EXPECT_EQ(ReadBytes(TestFile("v1_4.dat")), ReadBytes(path));
+
+    // A v1.0 file saved again carries the supplied values as if recorded.
+    UseFile(TestFile("v1_0.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    UseFile(path);
+    ASSERT_EQ(1, SaveDataFile());
+    std::string bytes = ReadBytes(path);
+    EXPECT_EQ(5u, U32At(bytes, 30));
+    EXPECT_EQ(500u, U32At(bytes, 34));
+    EXPECT_EQ((size_t)(1223 + 18 * 3 + 55 * 3), bytes.size());
+    EXPECT_EQ(0u, fake.messageBoxes.size());
+    remove(path.c_str());
+}
+
+TEST_F(DataFile, DamagedFilesAreReportedAndLeaveWhatTheyMust) {
+    struct Case {
+        const char* file;
+        const char* words;  // the message after the path
+        bool storeKept;
+    };
+    const Case cases[] = {
+        {"wrong_magic.dat", "Incorrect format", true},
+        {"magic_without_nul.dat", "Incorrect format", true},
+        {"shorter_than_magic.dat", "Incorrect format", true},
+        {"truncated_v1_4.dat", "File corrupted", false},
+        {"truncated_v1_4_trailer.dat", "File corrupted", false},
+        {"record_count_16001.dat", "File corrupted", false},
+        {"tag_count_1001.dat", "File corrupted", false},
+        {"name_without_nul.dat", "File corrupted", false},
+        {"label_without_nul.dat", "File corrupted", false},
+        {"tag_text_without_nul.dat", "File corrupted", false},
+    };
+    for (const Case& c : cases) {
+        ResetFakeWorld();
+        FillPreviousSurvey();
+        for (int w : {WINDOW_LISTING, WINDOW_PLOT, WINDOW_TAGS}) fake.windowExists[w] = true;
+        std::string path = TestFile(c.file);
+        UseFile(path);
+        EXPECT_EQ(0, LoadDataFile()) << c.file;
+        EXPECT_EQ(std::vector<std::string>{"File '" + path + "'\n" + c.words}, fake.messageBoxes)
+            << c.file;
+        EXPECT_EQ(std::vector<int>{ICON_EXCLAMATION}, fake.messageIcons) << c.file;
+        EXPECT_EQ(c.storeKept ? 2 : 0, recordCount) << c.file;
+        EXPECT_EQ(c.storeKept ? 2 : 0, tagCount) << c.file;
+        EXPECT_STREQ(c.storeKept ? "old.cal" : "", recordingParams.calFileName[0]) << c.file;
+        for (int i = 1; i < 4; i++) EXPECT_STREQ("", recordingParams.calFileName[i]) << c.file;
+        EXPECT_TRUE(fake.repaints.empty() && fake.notifications.empty()) << c.file;
+        EXPECT_EQ(0, fake.busy) << c.file;
+    }
+
+    ResetFakeWorld();
+    std::string missing = TempPath("no-such-file.dat");
+    UseFile(missing);
+    EXPECT_EQ(0, LoadDataFile());
+    EXPECT_EQ(std::vector<std::string>{"Error opening file\n'" + missing + "'"}, fake.messageBoxes);
+    EXPECT_TRUE(fake.statusLines.empty());
+}
+
+TEST_F(DataFile, OddButReadableCounts) {
+    // A negative record count reads no records and goes on to the tags.
+    FillPreviousSurvey();
+    UseFile(TestFile("negative_record_count.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_EQ(0, recordCount);
+    ASSERT_EQ(1, tagCount);
+    EXPECT_STREQ("Start of run", tagText[0]);
+
+    // Only the low 16 bits of the tag count count.
+    UseFile(TestFile("tag_count_high_bits.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    EXPECT_EQ(1, recordCount);
+    EXPECT_EQ(2, tagCount);
+
+    // A v1.1 file cut inside its third record has no trailer to miss: the
+    // whole records are read and the load succeeds.
+    UseFile(TestFile("truncated_v1_1.dat"));
+    ASSERT_EQ(1, LoadDataFile());
+    ExpectFileRecords(2, false);
+    EXPECT_TRUE(fake.messageBoxes.empty());
+}
+
+TEST_F(DataFile, FailedSaveKeepsThePreviousFile) {
+    std::string path = TempPath("keep.dat");
+    UseFile(path);
+    recordCount = 1;
+    ASSERT_EQ(1, SaveDataFile());
+    std::string good = ReadBytes(path);
+
+    // Saving over an existing file replaces it and leaves no temporary file.
+    recordCount = 2;
+    ASSERT_EQ(1, SaveDataFile());
+    EXPECT_EQ(good.size() + 18, ReadBytes(path).size());
+    EXPECT_EQ("<missing>", ReadBytes(path + ".tmp"));
+    WriteBytes(path, good);
+
+    // The temporary file can't be made: nothing is written.
+    std::string blocker = path + ".tmp";
+    ASSERT_EQ(0, MakeFolder(blocker.c_str()));
+    recordCount = 3;
+    EXPECT_EQ(0, SaveDataFile());
+    EXPECT_EQ(std::vector<std::string>{"Error opening file, data not saved"}, fake.messageBoxes);
+    EXPECT_EQ(good, ReadBytes(path));
+    EXPECT_EQ(0, fake.busy);
+    rmdir(blocker.c_str());
+
+    // The file can't be replaced (the name is a folder with something in it):
+    // the temporary file goes and the folder stays.
+    fake.messageBoxes.clear();
+    std::string folder = TempPath("folder.dat");
+    ASSERT_EQ(0, MakeFolder(folder.c_str()));
+    std::string inside = folder + "/inside";
+    WriteBytes(inside, "x");
+    UseFile(folder);
+    EXPECT_EQ(0, SaveDataFile());
+    EXPECT_EQ(std::vector<std::string>{"Error writing file, data not saved"}, fake.messageBoxes);
+    EXPECT_EQ("<missing>", ReadBytes(folder + ".tmp"));
+    EXPECT_EQ("x", ReadBytes(inside));
+
+    // No folder, no name.
+    fake.messageBoxes.clear();
+    UseFile(TempPath("no-folder/x.dat"));
+    EXPECT_EQ(0, SaveDataFile());
+    dataFileName[0] = '\0';
+    EXPECT_EQ(0, SaveDataFile());
+    EXPECT_EQ(std::vector<std::string>(2, "Error opening file, data not saved"), fake.messageBoxes);
+    EXPECT_EQ(0, fake.busy);
+
+    remove(inside.c_str());
+    rmdir(folder.c_str());
+    remove(path.c_str());
+}
+
+}  // namespace

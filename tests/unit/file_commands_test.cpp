@@ -1,0 +1,210 @@
+#include "shell/file_commands.h"
+
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <string.h>
+
+#include <string>
+#include <vector>
+
+#include "fake_platform.h"
+#include "views/plot_geometry.h"
+
+#ifdef _WIN32
+#include <process.h>
+#define getpid _getpid
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+std::string TestFile(const char* name) {
+#ifdef VELDOR_TEST_DATA_DIR
+    std::string data = VELDOR_TEST_DATA_DIR;
+#else
+    std::string here = __FILE__;
+    std::string unitDir = here.substr(0, here.find_last_of("/\\"));
+    std::string data = unitDir.substr(0, unitDir.find_last_of("/\\")) + "/data";
+#endif
+    return data + "/datafiles/" + name;
+}
+
+std::string TempPath(const char* name) {
+    char buffer[512];
+    snprintf(buffer, sizeof buffer, "%sveldor-filecmd-%d-%s", testing::TempDir().c_str(),
+             (int)getpid(), name);
+    return buffer;
+}
+
+long FileSize(const std::string& path) {
+    FILE* f = fopen(path.c_str(), "rb");
+    if (f == nullptr) return -1;
+    fseek(f, 0, SEEK_END);
+    long size = ftell(f);
+    fclose(f);
+    return size;
+}
+
+std::string Caption(const std::string& path) {
+    return "VELDOR [ " + path + " ]";
+}
+
+const char* const SaveQuestion = "Current data has changed\nSave data ?";
+
+class FileCommands : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetFakeWorld();
+        statusFlags = STATUS_FULL_PATH;
+    }
+};
+
+TEST_F(FileCommands, OpenAsksToSaveThenReads) {
+    std::string saved = TempPath("before-open.dat");
+    snprintf(dataFileName, PathSize, "%s", saved.c_str());
+    recordCount = 2;
+    statusFlags |= STATUS_CHANGED;
+    fake.answers = {1};
+    std::string v12 = TestFile("v1_2.dat");
+    fake.chosenFiles = {v12};
+    FileOpen();
+    EXPECT_EQ(std::vector<std::string>{SaveQuestion}, fake.questions);
+    EXPECT_EQ(1223 + 2 * 18, FileSize(saved));  // saved before the chooser
+    EXPECT_EQ(std::vector<int>{CHOOSE_OPEN_DATA}, fake.chooseModes);
+    EXPECT_EQ(1, CountStatus("Select data file to open..."));
+    EXPECT_EQ(3, recordCount);
+    EXPECT_EQ(2, tagCount);
+    EXPECT_STREQ(v12.c_str(), dataFileName);
+    EXPECT_EQ(Caption(v12), fake.caption);
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+    remove(saved.c_str());
+
+    // Answered No: not saved, and the flag is cleared all the same. Cancelled:
+    // the data stay, without a name, under the old caption.
+    statusFlags |= STATUS_CHANGED;
+    fake.answers = {0};
+    FileOpen();
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+    EXPECT_EQ("No file selected", fake.statusLines.back());
+    EXPECT_EQ(3, recordCount);
+    EXPECT_STREQ("", dataFileName);
+    EXPECT_EQ(Caption(v12), fake.caption);
+
+    // A file that fails: no records, no name, plain caption; the tags of a
+    // file with the wrong magic stay.
+    fake.chosenFiles = {TestFile("wrong_magic.dat")};
+    FileOpen();
+    EXPECT_EQ(0, recordCount);
+    EXPECT_EQ(2, tagCount);
+    EXPECT_STREQ("", dataFileName);
+    EXPECT_EQ("VELDOR", fake.caption);
+    EXPECT_EQ(2u, fake.questions.size());  // the second Open asked, the third did not
+}
+
+TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
+    FileSave();  // no records: nothing at all
+    EXPECT_TRUE(fake.statusLines.empty() && fake.chooseModes.empty());
+
+    // No name: Save As.
+    recordCount = 1;
+    statusFlags |= STATUS_CHANGED | STATUS_CHECK_STORED;
+    std::string path = TempPath("save.dat");
+    fake.chosenFiles = {path};
+    FileSave();
+    EXPECT_EQ(std::vector<int>{CHOOSE_SAVE_DATA}, fake.chooseModes);
+    EXPECT_EQ(1, CountStatus("Select filename for data file..."));
+    EXPECT_EQ(1223 + 18, FileSize(path));
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+    EXPECT_EQ(Caption(path), fake.caption);
+    // The check ran before the write: the empty names were filled in.
+    EXPECT_STREQ("Default.cal", recordingParams.calFileName[0]);
+
+    // With a name, and again with the flag clear (the accelerator): the check
+    // asks, the file is written without a chooser.
+    snprintf(recordingParams.calFileName[1], PathSize, "Old.cal");
+    recordCount = 2;
+    fake.answers = {1};
+    FileSave();
+    EXPECT_EQ(1u, fake.chooseModes.size());
+    EXPECT_EQ(1u, fake.questions.size());
+    EXPECT_STREQ("Default.cal", recordingParams.calFileName[1]);
+    EXPECT_EQ(1223 + 2 * 18, FileSize(path));
+
+    // A save that fails keeps the name and the flag.
+    std::string bad = TempPath("no-folder/x.dat");
+    snprintf(dataFileName, PathSize, "%s", bad.c_str());
+    statusFlags |= STATUS_CHANGED;
+    FileSave();
+    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
+    EXPECT_STREQ(bad.c_str(), dataFileName);
+    EXPECT_EQ(std::vector<std::string>{"Error opening file, data not saved"}, fake.messageBoxes);
+    remove(path.c_str());
+}
+
+TEST_F(FileCommands, SaveAsWorksWithAnEmptyStore) {
+    std::string path = TempPath("saveas.dat");
+    statusFlags |= STATUS_CHANGED;
+    fake.chosenFiles = {path};
+    FileSaveAs();
+    EXPECT_EQ(1223, FileSize(path));
+    EXPECT_EQ(Caption(path), fake.caption);
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+
+    // Cancelled: the name is gone, the caption still shows it.
+    statusFlags |= STATUS_CHANGED;
+    FileSaveAs();
+    EXPECT_STREQ("", dataFileName);
+    EXPECT_EQ(Caption(path), fake.caption);
+    EXPECT_EQ("No file selected", fake.statusLines.back());
+    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
+
+    // Failed: no name, plain caption, the flag stays.
+    fake.chosenFiles = {TempPath("no-folder/y.dat")};
+    FileSaveAs();
+    EXPECT_STREQ("", dataFileName);
+    EXPECT_EQ("VELDOR", fake.caption);
+    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
+    remove(path.c_str());
+}
+
+TEST_F(FileCommands, CloseEmptiesEverythingOnlyWithAName) {
+    recordCount = 5;
+    tagCount = 1;
+    FileClose();  // no name: nothing, even with data
+    EXPECT_EQ(5, recordCount);
+    EXPECT_TRUE(fake.statusLines.empty());
+
+    std::string path = TempPath("close.dat");
+    snprintf(dataFileName, PathSize, "%s", path.c_str());
+    statusFlags |= STATUS_CHANGED;
+    listingTopIndex = 3;
+    plotView.centreLongitude = 99;
+    plotView.scale = 4;
+    snprintf(plotTitle, PlotTitleSize, "Plot 2 km");
+    for (int w : {WINDOW_LISTING, WINDOW_PLOT, WINDOW_CHART, WINDOW_TAGS})
+        fake.windowExists[w] = true;
+    fake.caption = Caption(path);
+    fake.answers = {1};
+    FileClose();
+    EXPECT_EQ(1223 + 5 * 18 + 55, FileSize(path));  // saved first
+    EXPECT_EQ(0, recordCount);
+    EXPECT_EQ(0, tagCount);
+    EXPECT_STREQ("", dataFileName);
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+    EXPECT_EQ("VELDOR", fake.caption);
+    EXPECT_EQ(0, listingTopIndex);
+    EXPECT_EQ(0, fake.scrollPositions.back());
+    EXPECT_EQ(0, plotView.centreLongitude);
+    EXPECT_EQ(0, plotView.scale);
+    EXPECT_STREQ("Plot", plotTitle);
+    int whole = 0;
+    for (const RepaintRequest& r : fake.repaints)
+        if (r.area == AREA_WHOLE && r.erase == 1) whole++;
+    EXPECT_EQ(3, whole);
+    EXPECT_EQ(std::vector<int>{WINDOW_TAGS}, fake.notifications);
+    EXPECT_EQ("File closed", fake.statusLines.back());
+    remove(path.c_str());
+}
+
+}  // namespace

@@ -1,0 +1,234 @@
+#include "storage/reconciliation.h"
+
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <string.h>
+
+#include <string>
+#include <vector>
+
+#include "fake_platform.h"
+#include "storage/settings_file.h"
+#include "survey/cal_lookup.h"
+
+#ifdef _WIN32
+#include <process.h>
+#define getpid _getpid
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+std::string TempPath(const char* name) {
+    char buffer[512];
+    snprintf(buffer, sizeof buffer, "%sveldor-reconcile-%d-%s", testing::TempDir().c_str(),
+             (int)getpid(), name);
+    return buffer;
+}
+
+// A calibration file of two points, (0, 0.0) and (255, top).
+std::string WriteCalibration(const char* name, float top) {
+    std::string path = TempPath(name);
+    FILE* f = fopen(path.c_str(), "wb");
+    if (f == nullptr) return path;
+    fwrite("[VELDOR - cal file v1.0]", 1, 25, f);
+    const unsigned char count[4] = {2, 0, 0, 0};
+    fwrite(count, 1, 4, f);
+    const float values[2] = {0.0f, top};
+    for (int i = 0; i < 2; i++) {
+        uint32_t bits;
+        memcpy(&bits, &values[i], 4);
+        const unsigned char point[8] = {(unsigned char)(i ? 255 : 0),
+                                        0,
+                                        0,
+                                        0,
+                                        (unsigned char)bits,
+                                        (unsigned char)(bits >> 8),
+                                        (unsigned char)(bits >> 16),
+                                        (unsigned char)(bits >> 24)};
+        fwrite(point, 1, 8, f);
+    }
+    fclose(f);
+    return path;
+}
+
+std::string Key(int channel) {
+    char value[PathSize];
+    ReadSettingWithDefault(KeyCalibrationFile[channel], "<absent>", value, PathSize);
+    return value;
+}
+
+void SetKey(int channel, const std::string& value) {
+    WriteSetting(KeyCalibrationFile[channel], value.c_str());
+}
+
+void SetStored(int channel, const std::string& value) {
+    snprintf(recordingParams.calFileName[channel], PathSize, "%s", value.c_str());
+}
+
+const char* const UpdateQuestion = "\n\nDo you want to update the data file?";
+
+class Reconciliation : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetFakeWorld();
+        ResetCalibration();
+        statusFlags = STATUS_FULL_PATH;
+    }
+};
+
+TEST_F(Reconciliation, BothSwitchesOffAskAndChangeNothing) {
+    SetStored(0, "");
+    SetStored(1, "Other.cal");
+    recordingParams.inputChannel = 3;
+    ReconcileOnLoad();
+    ReconcileOnSave();
+    EXPECT_TRUE(fake.questions.empty());
+    EXPECT_TRUE(fake.messageBoxes.empty());
+    EXPECT_STREQ("", recordingParams.calFileName[0]);
+    EXPECT_STREQ("Other.cal", recordingParams.calFileName[1]);
+    EXPECT_EQ(3, recordingParams.inputChannel);
+    EXPECT_EQ("<absent>", Key(1));
+}
+
+TEST_F(Reconciliation, LoadOffersTheSurveysCurves) {
+    statusFlags |= STATUS_LOAD_STORED;
+    std::string mast = WriteCalibration("mast.cal", 50.0f);
+    std::string dipole = WriteCalibration("dipole.cal", 80.0f);
+    SetKey(0, mast);  // the same name: nothing to do
+    SetStored(0, mast);
+    SetStored(1, "");  // no key and an empty name: "Default.cal" differs, can't open
+    SetKey(2, "Current.cal");
+    SetStored(2, mast);
+    SetKey(3, "Current.cal");
+    SetStored(3, dipole);
+    fake.answers = {1, 0};
+    ReconcileOnLoad();
+
+    EXPECT_EQ(std::vector<std::string>{"Warning:\nOriginal calibration file \"\"\n"
+                                       "for channel 2 does not exist"},
+              fake.messageBoxes);
+    EXPECT_EQ(std::vector<int>{ICON_EXCLAMATION}, fake.messageIcons);
+    EXPECT_EQ(
+        std::vector<std::string>(
+            {"Do you want to load original calibration\nfile \"" + mast + "\" for channel 3?",
+             "Do you want to load original calibration\nfile \"" + dipole + "\" for channel 4?"}),
+        fake.questions);
+    // Yes: the key, the curve and the lookup follow the survey. No: nothing.
+    EXPECT_EQ(mast, Key(2));
+    EXPECT_EQ(2, CalTable[2].count);
+    EXPECT_EQ(50.0f, ChannelLookup[2][255]);
+    EXPECT_EQ("Current.cal", Key(3));
+    EXPECT_EQ(0, CalTable[3].count);
+    EXPECT_EQ("<absent>", Key(1));
+    // The survey itself is not changed.
+    EXPECT_STREQ(dipole.c_str(), recordingParams.calFileName[3]);
+    EXPECT_EQ(STATUS_FULL_PATH | STATUS_LOAD_STORED, statusFlags);
+
+    // Names are compared exactly: another case is another file.
+    fake.questions.clear();
+    SetKey(0, mast + "X");
+    SetStored(0, mast + "x");
+    SetStored(1, "C:\\Surveys\\Missing.cal");
+    SetKey(2, mast);
+    SetKey(3, dipole);
+    statusFlags &= ~STATUS_FULL_PATH;
+    fake.messageBoxes.clear();
+    ReconcileOnLoad();
+    EXPECT_EQ(2u, fake.messageBoxes.size());
+    EXPECT_EQ("Warning:\nOriginal calibration file \"Missing.cal\"\nfor channel 2 does not exist",
+              fake.messageBoxes[1]);
+    EXPECT_TRUE(fake.questions.empty());
+    remove(mast.c_str());
+    remove(dipole.c_str());
+}
+
+TEST_F(Reconciliation, LoadWithFourChannelsOnOneFileReadsItFourTimes) {
+    statusFlags |= STATUS_LOAD_STORED;
+    std::string shared = WriteCalibration("shared.cal", 25.0f);
+    for (int c = 0; c < 4; c++) {
+        SetKey(c, "Mine.cal");
+        SetStored(c, shared);
+    }
+    fake.answers = {1, 1, 1, 1};
+    ReconcileOnLoad();
+    ASSERT_EQ(4u, fake.questions.size());
+    for (int c = 0; c < 4; c++) {
+        EXPECT_NE(std::string::npos,
+                  fake.questions[c].find("for channel " + std::to_string(c + 1)));
+        EXPECT_EQ(shared, Key(c));
+        EXPECT_EQ(25.0f, ChannelLookup[c][255]) << c;
+    }
+
+    // A file that opens but is no calibration file: the reader's message, the
+    // old curve stays, the key has the new name already.
+    std::string bogus = TempPath("bogus.cal");
+    FILE* f = fopen(bogus.c_str(), "wb");
+    ASSERT_NE(nullptr, f);
+    fputs("not a curve", f);
+    fclose(f);
+    SetStored(1, bogus);
+    fake.answers = {1};
+    fake.messageBoxes.clear();
+    ReconcileOnLoad();
+    EXPECT_EQ(bogus, Key(1));
+    EXPECT_EQ(1u, fake.messageBoxes.size());
+    EXPECT_EQ(25.0f, ChannelLookup[1][255]);
+    remove(shared.c_str());
+    remove(bogus.c_str());
+}
+
+TEST_F(Reconciliation, SaveBringsTheSurveyUpToDateOnYes) {
+    statusFlags |= STATUS_CHECK_STORED;
+    SetStored(0, "");               // no key: becomes "Default.cal" silently
+    SetKey(1, "C:\\Cal\\New.cal");  // empty name: takes the key silently
+    SetStored(1, "");
+    SetKey(2, "A.cal");  // differs only in case: asked, Yes
+    SetStored(2, "a.cal");
+    SetKey(3, "Now.cal");  // asked, No
+    SetStored(3, "Then.cal");
+    currentInputChannel = 2;
+    recordingParams.inputChannel = 0;
+    fake.answers = {1, 0, 1};
+    ReconcileOnSave();
+
+    EXPECT_EQ(std::vector<std::string>(
+                  {std::string("Current channel 3 calibration file\n'A.cal'\ndoes not match the "
+                               "calibration filename\n'a.cal'\nstored in the data file") +
+                       UpdateQuestion,
+                   std::string("Current channel 4 calibration file\n'Now.cal'\ndoes not match "
+                               "the calibration filename\n'Then.cal'\nstored in the data file") +
+                       UpdateQuestion,
+                   std::string("Current TZR4100 input channel [3]\ndoes not match the stored "
+                               "channel [1]\n in the data file") +
+                       UpdateQuestion}),
+              fake.questions);
+    EXPECT_STREQ("Default.cal", recordingParams.calFileName[0]);
+    EXPECT_STREQ("C:\\Cal\\New.cal", recordingParams.calFileName[1]);
+    EXPECT_STREQ("A.cal", recordingParams.calFileName[2]);
+    EXPECT_STREQ("Then.cal", recordingParams.calFileName[3]);
+    EXPECT_EQ(2, recordingParams.inputChannel);
+    EXPECT_EQ("<absent>", Key(0));  // the settings are not written
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+
+    // No leaves the survey's name, and the question comes again.
+    fake.questions.clear();
+    fake.answers = {0};
+    ReconcileOnSave();
+    ASSERT_EQ(1u, fake.questions.size());
+    EXPECT_NE(std::string::npos, fake.questions[0].find("'Then.cal'"));
+    EXPECT_EQ(0, fake.unscriptedQuestions);
+
+    // Names are shown as the operator set them to be shown.
+    statusFlags &= ~STATUS_FULL_PATH;
+    SetStored(1, "C:\\Old\\Old.cal");
+    fake.questions.clear();
+    ReconcileOnSave();
+    EXPECT_EQ(std::string("Current channel 2 calibration file\n'New.cal'\ndoes not match the "
+                          "calibration filename\n'Old.cal'\nstored in the data file") +
+                  UpdateQuestion,
+              fake.questions[0]);
+}
+
+}  // namespace
