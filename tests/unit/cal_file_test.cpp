@@ -24,11 +24,7 @@
 
 namespace {
 
-uint32_t Bits(float value) {
-    uint32_t bits;
-    memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
+uint32_t Bits(float value) { return FloatBits(value); }
 
 // The name that status lines show without STATUS_FULL_PATH: what follows the
 // last "\" (temporary paths have some under Windows).
@@ -57,12 +53,7 @@ std::string ReadBytes(const std::string& path, const char* mode = "rb") {
     return bytes;
 }
 
-std::string TempPath(const char* name) {
-    char buffer[512];
-    snprintf(buffer, sizeof buffer, "%sveldor-calfile-%d-%s", testing::TempDir().c_str(),
-             (int)getpid(), name);
-    return buffer;
-}
+std::string TempPath(const char* name) { return TempTestPath(name); }
 
 // Points that a read must not disturb (or invent from).
 void FillWithMarkers(int channel) {

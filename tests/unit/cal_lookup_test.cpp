@@ -22,11 +22,7 @@
 
 namespace {
 
-uint32_t Bits(float value) {
-    uint32_t bits;
-    memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
+uint32_t Bits(float value) { return FloatBits(value); }
 
 float FromBits(uint32_t bits) {
     float value;

@@ -25,23 +25,9 @@
 namespace {
 
 // tests/data/datafiles/, made by make_data_files.py there.
-std::string TestFile(const char* name) {
-#ifdef VELDOR_TEST_DATA_DIR
-    std::string data = VELDOR_TEST_DATA_DIR;
-#else
-    std::string here = __FILE__;
-    std::string unitDir = here.substr(0, here.find_last_of("/\\"));
-    std::string data = unitDir.substr(0, unitDir.find_last_of("/\\")) + "/data";
-#endif
-    return data + "/datafiles/" + name;
-}
+std::string TestFile(const char* name) { return TestDataPath(std::string("datafiles/") + name); }
 
-std::string TempPath(const char* name) {
-    char buffer[512];
-    snprintf(buffer, sizeof buffer, "%sveldor-datafile-%d-%s", testing::TempDir().c_str(),
-             (int)getpid(), name);
-    return buffer;
-}
+std::string TempPath(const char* name) { return TempTestPath(name); }
 
 std::string ReadBytes(const std::string& path) {
     std::string bytes;

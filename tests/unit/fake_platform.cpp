@@ -54,6 +54,19 @@ void ResetFakeWorld() {
     snprintf(appDirectory, sizeof appDirectory, "%s", TempFolder().c_str());
 }
 
+std::string TempTestPath(const std::string& name) {
+    char path[512];
+    snprintf(path, sizeof path, "%s/veldor-%d-%s", TempFolder().c_str(), (int)getpid(),
+             name.c_str());
+    return path;
+}
+
+uint32_t FloatBits(float value) {
+    uint32_t bits;
+    memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
 std::vector<std::string> FramesSent() {
     std::vector<std::string> frames;
     size_t pos = 0;

@@ -68,4 +68,22 @@ void Receive(const std::string& text);
 // Builds a frame with a good check around body.
 std::string Frame(const std::string& body);
 
+// A file name in the temporary folder, unique to this process.
+std::string TempTestPath(const std::string& name);
+
+// The bit pattern of a float, for exact comparisons.
+uint32_t FloatBits(float value);
+
+// A path below tests/data, where the hand-made test files are kept.
+inline std::string TestDataPath(const std::string& relative) {
+#ifdef VELDOR_TEST_DATA_DIR
+    std::string data = VELDOR_TEST_DATA_DIR;
+#else
+    std::string here = __FILE__;
+    std::string unitDir = here.substr(0, here.find_last_of("/\\"));
+    std::string data = unitDir.substr(0, unitDir.find_last_of("/\\")) + "/data";
+#endif
+    return data + "/" + relative;
+}
+
 #endif

@@ -19,23 +19,9 @@
 
 namespace {
 
-std::string TestFile(const char* name) {
-#ifdef VELDOR_TEST_DATA_DIR
-    std::string data = VELDOR_TEST_DATA_DIR;
-#else
-    std::string here = __FILE__;
-    std::string unitDir = here.substr(0, here.find_last_of("/\\"));
-    std::string data = unitDir.substr(0, unitDir.find_last_of("/\\")) + "/data";
-#endif
-    return data + "/datafiles/" + name;
-}
+std::string TestFile(const char* name) { return TestDataPath(std::string("datafiles/") + name); }
 
-std::string TempPath(const char* name) {
-    char buffer[512];
-    snprintf(buffer, sizeof buffer, "%sveldor-filecmd-%d-%s", testing::TempDir().c_str(),
-             (int)getpid(), name);
-    return buffer;
-}
+std::string TempPath(const char* name) { return TempTestPath(name); }
 
 long FileSize(const std::string& path) {
     FILE* f = fopen(path.c_str(), "rb");

@@ -20,12 +20,7 @@
 
 namespace {
 
-std::string TempPath(const char* name) {
-    char buffer[512];
-    snprintf(buffer, sizeof buffer, "%sveldor-reconcile-%d-%s", testing::TempDir().c_str(),
-             (int)getpid(), name);
-    return buffer;
-}
+std::string TempPath(const char* name) { return TempTestPath(name); }
 
 // A calibration file of two points, (0, 0.0) and (255, top).
 std::string WriteCalibration(const char* name, float top) {
