@@ -1,32 +1,175 @@
 #!/usr/bin/env bash
-# Builds what is missing and runs VELDOR against the simulated controller.
-# For now this is the console harness of the portable core: it opens the
-# simulator's port, records one sample a second, and prints the live values
-# and the stored records.
+# Builds what is missing and runs veldor.exe under Wine against the
+# simulated controller, which is linked as COM1 of the Wine prefix in the
+# build folder.
+#
+# With a display: the program opens on it; use it as you like (F1 starts
+# recording, F2 stops it, File > Save As writes a .DAT file); the script
+# ends when the program does.
+#
+# Without one (or with VELDOR_HEADLESS=1): the program runs on a virtual
+# display for a short survey, driven by keys and menus as an operator would:
+# the four child windows tiled, F1 at one record a second, about
+# VELDOR_DEMO_SECONDS (10) seconds of samples, F2, File > Save As through the
+# file dialog, File > Exit. It leaves screenshots, the .DAT file and the logs
+# in build/demo/ and prints where they are.
 set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
-BUILD_ROOT="${VELDOR_BUILD_ROOT:-$ROOT/build}"
-SECONDS_TO_RUN="${VELDOR_DEMO_SECONDS:-12}"
+BUILD_ROOT_DIR="${VELDOR_BUILD_ROOT:-$ROOT/build}"
+SECONDS_TO_RECORD="${VELDOR_DEMO_SECONDS:-10}"
+NATIVE="$BUILD_ROOT_DIR/native"
+WIN64="$BUILD_ROOT_DIR/win64"
+DEMO="$BUILD_ROOT_DIR/demo"
 
 bash "$ROOT/scripts/install-deps.sh"
-cmake -S "$ROOT" -B "$BUILD_ROOT/native" -G Ninja >/dev/null
-ninja -C "$BUILD_ROOT/native" controller-sim link-harness
+cmake -S "$ROOT" -B "$NATIVE" -G Ninja >/dev/null
+ninja -C "$NATIVE" controller-sim
+cmake -S "$ROOT" -B "$WIN64" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$ROOT/cmake/toolchain-mingw64.cmake" >/dev/null
+ninja -C "$WIN64" veldor veldor_probe status_hook
 
-DEMO="$BUILD_ROOT/demo"
+SIM="$NATIVE/tools/controller-sim/controller-sim"
+EXE="$WIN64/veldor.exe"
+PROBE="$WIN64/tests/e2e/veldor_probe.exe"
+HOOK_DLL="$WIN64/tests/e2e/status_hook.dll"
+cp "$ROOT/tests/data/cal/default_curve.cal" "$WIN64/Default.cal"
+
 rm -rf "$DEMO"
 mkdir -p "$DEMO"
-"$BUILD_ROOT/native/tools/controller-sim/controller-sim" --link "$DEMO/COM1" \
-  --log "$DEMO/controller.log" --record-file "$DEMO/sent-samples.txt" \
-  --duration $((SECONDS_TO_RUN + 10)) &
-SIM=$!
-trap 'kill $SIM 2>/dev/null || true' EXIT
-for _ in $(seq 1 100); do [ -e "$DEMO/COM1" ] && break; sleep 0.05; done
+HEADLESS=0
+if [ -z "${DISPLAY:-}" ] || [ "${VELDOR_HEADLESS:-0}" = 1 ]; then HEADLESS=1; fi
 
-"$BUILD_ROOT/native/tools/link-harness/link-harness" "$DEMO/COM1" "$SECONDS_TO_RUN" \
-  "$DEMO/VELDOR.ini" | tee "$DEMO/harness.txt"
+export BUILD_ROOT="$WIN64"
+# shellcheck source=wine-env.sh
+source "$ROOT/scripts/wine-env.sh"
+INI="$WINEPREFIX/drive_c/ProgramData/TREVAN/VELDOR/VELDOR.ini"
+SIM_PID=""
+WATCH_PID=""
+cleanup() {
+  if [ -n "$WATCH_PID" ]; then kill "$WATCH_PID" 2>/dev/null || true; fi
+  if [ -n "$SIM_PID" ]; then kill "$SIM_PID" 2>/dev/null || true; fi
+  if [ -f "$INI" ]; then cp "$INI" "$DEMO/VELDOR.ini"; fi
+  veldor_wine_cleanup
+  if [ -n "$SIM_PID" ]; then wait "$SIM_PID" 2>/dev/null || true; fi
+}
+trap cleanup EXIT
+fail() {
+  echo "demo: $*" >&2
+  import -window root "$DEMO/failure.png" 2>/dev/null || true
+  exit 1
+}
+
+# The simulator on a pseudo-terminal; COM1 of the prefix leads to its link.
+"$SIM" --link "$DEMO/COM1" --log "$DEMO/controller.log" --record-file "$DEMO/sent-samples.txt" \
+  >"$DEMO/controller-sim.out" 2>&1 &
+SIM_PID=$!
+for _ in $(seq 1 100); do [ -e "$DEMO/COM1" ] && break; sleep 0.05; done
+[ -e "$DEMO/COM1" ] || fail "the simulator made no pty"
+current="$( (wine reg query 'HKLM\Software\Wine\Ports' /v COM1 2>/dev/null || true) | tr -d '\r' |
+  awk '$1 == "COM1" {print $3}')"
+if [ "$current" != "$DEMO/COM1" ]; then
+  wine reg add 'HKLM\Software\Wine\Ports' /v COM1 /t REG_SZ /d "$DEMO/COM1" /f >/dev/null 2>&1
+fi
+# A new session links COM1 afresh.
+wineserver -k >/dev/null 2>&1 || true
+wineserver -w >/dev/null 2>&1 || true
+wineserver -p >/dev/null 2>&1 || true
+wine cmd /c exit </dev/null >/dev/null 2>&1 || true
+
+if [ "$HEADLESS" = 0 ]; then
+  echo "demo: VELDOR opens on $DISPLAY with the simulated controller on COM1."
+  echo "demo: F1 starts recording, F2 stops it, File > Save As writes a .DAT file; close it to end."
+  wine "$EXE" >"$DEMO/wine.log" 2>&1 || true
+  echo
+  echo "controller log:   $DEMO/controller.log"
+  echo "samples sent:     $DEMO/sent-samples.txt"
+  echo "settings file:    $DEMO/VELDOR.ini"
+  exit 0
+fi
+
+# ---- Headless: a short survey on the virtual display -------------------------------------
+DESKTOP=VELDOR
+probe() { wine "$PROBE" -d "$DESKTOP" "$@" 2>/dev/null; }
+# Waits for the conditions of veldor_probe's "wait"; fails with the message.
+expect() {
+  local message="$1"
+  shift
+  probe wait "$@" >"$DEMO/last_probe.txt" || fail "$message"
+}
+key() { xdotool key --delay 80 "$@"; }
+samples_sent() { grep -c '^[0-9]* TX RA ' "$DEMO/controller.log" 2>/dev/null || true; }
+
+# A fresh settings file at one record a second.
+mkdir -p "$(dirname "$INI")"
+printf '[General]\r\nRecord Interval Seconds=1\r\n' >"$INI"
+DAT="$DEMO/survey.DAT"
+
+wine explorer "/desktop=$DESKTOP,1024x768" >>"$DEMO/wine.log" 2>&1 &
+wine "$PROBE" -d "$DESKTOP" watch -t 600 -k "$(winepath -w "$HOOK_DLL")" "$(winepath -w "$DEMO/status-lines.log")" \
+  >"$DEMO/watch.log" 2>&1 &
+WATCH_PID=$!
+for _ in $(seq 1 300); do grep -q '^0 hooked$' "$DEMO/watch.log" 2>/dev/null && break; sleep 0.1; done
+wine explorer "/desktop=$DESKTOP,1024x768" "$EXE" >>"$DEMO/wine.log" 2>&1 &
+expect "the program did not start" -t 60 frames=1 window=
+echo "demo: VELDOR is up on a virtual display; the sign-on box closes with a click"
+xdotool mousemove 512 384 click 1
+expect "the sign-on box did not close" -t 20 nowindow= enabled=1
+win="$(xdotool search --name "$DESKTOP - Wine desktop" | sed -n 1p)"
+[ -n "$win" ] || fail "no Wine desktop window"
+xdotool windowfocus --sync "$win"
+
+echo "demo: Window > Tile Vertical, so that the four child windows show side by side"
+key alt+w
+expect "the Window menu did not open" -t 5 window=
+key v
+expect "the windows were not tiled" -t 5 nowindow= "pane0=Windows tiled"
+key F1
+expect "F1 did not start recording" -t 10 pane1=Recording
+echo "demo: F1, recording one sample a second for about $SECONDS_TO_RECORD seconds"
+halfway=$(($(samples_sent) + SECONDS_TO_RECORD / 2))
+target=$(($(samples_sent) + SECONDS_TO_RECORD))
+deadline=$((SECONDS + SECONDS_TO_RECORD + 30))
+until [ "$(samples_sent)" -ge "$target" ]; do
+  [ $SECONDS -lt $deadline ] || fail "the simulator stopped sending"
+  if [ -n "$halfway" ] && [ "$(samples_sent)" -ge "$halfway" ]; then
+    import -window root "$DEMO/recording.png"
+    halfway=""
+  fi
+  sleep 0.2
+done
+key F2
+expect "F2 did not stop recording" -t 10 pane1=Idle
+echo "demo: F2, recording stopped; File > Save As"
+key alt+f
+expect "the File menu did not open" -t 5 window=
+key a
+expect "no Save Data File dialog" -t 15 window="Save Data File..."
+xdotool type --delay 20 "$(winepath -w "$DAT")"
+key Return
+expect "the survey was not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ survey.DAT ]" \
+  "pane0=Data written to file 'survey.DAT'"
+[ -f "$DAT" ] || fail "no $DAT"
+# The gauge shows the last record on the tick after it.
+records=$(( ($(stat -c %s "$DAT") - 1223) / 18 ))
+gauge="$(python3 "$ROOT/tests/e2e/check_dat.py" --gauge "$DAT")"
+probe wait -t 5 "pane2=$gauge" >/dev/null || true
+import -window root "$DEMO/survey.png"
+key alt+r
+expect "the Record menu did not open" -t 5 window=
+import -window root "$DEMO/record-menu.png"
+key Escape Escape
+expect "the Record menu did not close" -t 5 nowindow=
+
+key alt+f
+expect "the File menu did not open" -t 5 window=
+key x
+for _ in $(seq 1 150); do pgrep -f "^$EXE" >/dev/null 2>&1 || break; sleep 0.1; done
+pgrep -f "^$EXE" >/dev/null 2>&1 && fail "the program did not end"
 
 echo
-echo "controller log:  $DEMO/controller.log"
-echo "samples sent:    $DEMO/sent-samples.txt"
-echo "harness output:  $DEMO/harness.txt"
-echo "settings file:   $DEMO/VELDOR.ini"
+echo "demo: $records records stored and saved; the program has ended."
+echo "screenshots:       $DEMO/survey.png  (saved; also recording.png, record-menu.png)"
+echo "data file:         $DAT"
+echo "status lines:      $DEMO/status-lines.log"
+echo "controller log:    $DEMO/controller.log"
+echo "samples sent:      $DEMO/sent-samples.txt"
+echo "settings file:     $DEMO/VELDOR.ini"

@@ -6,6 +6,7 @@
 
 #include "resources/resource_ids.h"
 #include "shell/app_paths.h"
+#include "shell/file_commands.h"
 #include "shell/frame_commands.h"
 #include "shell/shell_win32.h"
 #include "shell/startup.h"
@@ -95,8 +96,10 @@ LRESULT OnFrameCommand(HWND frame, int id, HWND, UINT) {
     if (RunCoreFrameCommand(id)) return 1;
     switch (id) {
     case IDM_FILE_EXIT: PostMessageA(frame, WM_CLOSE, 0, 0); break;
-    case IDM_FILE_OPEN:
-    case IDM_FILE_SAVE_AS:
+    case IDM_FILE_OPEN: FileOpen(); break;
+    case IDM_FILE_SAVE: FileSave(); break;
+    case IDM_FILE_SAVE_AS: FileSaveAs(); break;
+    case IDM_FILE_CLOSE: FileClose(); break;
     case IDM_FILE_PREFERENCES:
     case IDM_RECORD_MANUAL_READING:
     case IDM_RECORD_SETTINGS:
@@ -107,8 +110,6 @@ LRESULT OnFrameCommand(HWND frame, int id, HWND, UINT) {
     case IDM_CONFIG_GPS_DIFF:
     case IDM_CONFIG_AR3000A:
     case IDM_CONFIG_TZR4100: LogCommand(id); break;
-    case IDM_FILE_SAVE:
-    case IDM_FILE_CLOSE:
     case IDM_RECORD_ADD_TAG: break;
     case IDM_FILE_MAKE_LISTING:
     case IDM_FILE_PRINT_LISTING:

@@ -1,0 +1,113 @@
+#!/usr/bin/env bash
+# Bad files around the program: a copy of veldor.exe in a folder with no
+# Default.cal and no Colours.txt, and a settings file full of absurd values
+# (negative and huge intervals, channels, formats, fonts and window places,
+# text where numbers belong).
+#   - the missing calibration gives, for each of the four channels, the box
+#     "Error opening calibration file\n'<folder>\Default.cal'", and nothing
+#     else is said: no box for Colours.txt, none for the settings;
+#   - then the program runs: the port opens, the frame and its four child
+#     windows show, recording at the absurd interval stores records, and
+#     the exit asks to save and writes its keys as usual.
+set -euo pipefail
+E2E_SCENARIO=bad_files
+# shellcheck source=lib.sh
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+APP="$ART/app"
+mkdir -p "$APP"
+cp "$EXE" "$APP/veldor.exe"
+APP_WIN="$(e2e_winpath "$APP")"
+[ -n "$APP_WIN" ] || e2e_fail "no Windows path for $APP"
+
+rm -f "$INI"
+e2e_settings <<'EOF'
+General|Record Interval Seconds|-7
+General|Record Interval Meters|0
+General|Autosave Interval|-3
+General|Autosave Enable|7
+General|Max plot time|-1
+General|Earth Radius (km)|0
+General|Averaging|12345
+General|Show Path|-2
+TZR4100|Number of channels|100000
+TZR4100|Input channel|-40
+TZR4100|Inital channel|999
+TZR4100|Enable TZR4100 mode|1
+Listing|Lat/Long|99
+Listing|Sign|-5
+Listing|Decimal places|1000
+Listing|Origin X|-3000
+Listing|Width|100000
+Listing|FontSize|-50
+Listing|FontName|AVeryLongFontNameThatNoSystemHasAVeryLongFontNameThatNoSystemHasAVeryLongFontNameThatNoSystemHas
+Chart|Channel|77
+Chart|Height|-400
+Plot|Channel|-9
+Plot|Power break 1|banana
+Plot|Power break 2|1e39
+Plot|Power break 3|-1e39
+Plot|Dot size|2000000000
+Text Tags|Origin Y|99999
+Main window|Origin X|-500
+Main window|Origin Y|900000
+Main window|Width|3
+Main window|Height|-20
+Main window|Maximised|5
+Setup|Status|1
+EOF
+cp "$INI" "$ART/VELDOR_before.ini"
+
+e2e_start_sim
+e2e_start_program "$APP/veldor.exe"
+
+# ---- The four boxes of the missing calibration file ------------------------------------------
+e2e_focus
+expected='Error opening calibration file\n'"'$APP_WIN\\Default.cal'"
+seen=""
+for channel in 1 2 3 4; do
+  deadline=$((SECONDS + 20))
+  while :; do
+    if e2e_wait -t 1 window=VELDOR; then
+      box="$(sed -n 's/^window=#32770|VELDOR|[01]|//p' "$ART/last_probe.txt" | sed -n 1p)"
+      [ -n "$box" ] && [[ " $seen " != *" $box "* ]] && break
+    fi
+    [ $SECONDS -lt $deadline ] || e2e_fail "box $channel of the missing calibration file did not come"
+  done
+  grep -q -F -x "control=Static|65535|$expected" "$ART/last_probe.txt" ||
+    e2e_fail "box $channel says: $(sed -n 's/^control=Static|65535|//p' "$ART/last_probe.txt")"
+  grep -q -x 'control=Button|[0-9]*|OK' "$ART/last_probe.txt" || e2e_fail "box $channel has no OK button"
+  [ "$channel" = 1 ] && e2e_shot cal_box
+  seen="$seen $box"
+  e2e_key Return
+done
+e2e_wait_status "Port opened" 20 || e2e_fail "the start did not go on to the port after the boxes"
+e2e_expect "a fifth box came" -t 5 nowindow=VELDOR frames=1
+e2e_pass "four boxes \"Error opening calibration file\\n'$APP_WIN\\Default.cal'\", then the port opened"
+
+e2e_close_signon
+e2e_expect "the frame is not up after the start" -t 10 enabled=1 caption=VELDOR nowindow=VELDOR
+[ "$(grep -c '^child=' "$ART/last_probe.txt")" = 4 ] || e2e_fail "not four child windows"
+e2e_shot started
+e2e_status_seen "Read calibration file 'Default.cal'" && e2e_fail "a calibration file was read"
+
+# ---- It runs: recording at the absurd interval, then the exit -----------------------------------
+e2e_focus
+e2e_key F1
+e2e_expect "F1 did not start recording" -t 10 pane1=Recording
+e2e_expect "no records at the interval of -7" -t 15 "pane2=0.02 %"
+e2e_key F2
+e2e_expect "F2 did not stop recording" -t 10 pane1=Idle nowindow=VELDOR
+e2e_shot stopped
+e2e_key alt+f
+e2e_expect "the File menu did not open" -t 5 window=
+e2e_key x
+e2e_expect "no question to save the records" -t 10 window=VELDOR
+grep -q -F 'Current data has changed\nSave data ?' "$ART/last_probe.txt" || e2e_fail "not the question to save"
+e2e_key n
+e2e_wait_exit 15 "$APP/veldor.exe"
+e2e_wait_log "RX OP 0" 5 || e2e_fail "no OP 0 at exit"
+[ "$(e2e_ini_value Setup Status)" = 2 ] || e2e_fail "\"Status\" of \"Setup\" is not 2 after the first-run layout"
+[ "$(e2e_ini_value "Main window" "Show tags")" = 1 ] || e2e_fail "the exit wrote no window state"
+e2e_pass "runs, records and exits with absurd settings and no Colours.txt"
+e2e_check_answering
