@@ -12,6 +12,7 @@
 #include "shell/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"
+#include "views/display_format.h"
 
 int32_t recordIntervalSeconds = 5;
 int32_t recordIntervalMeters = 500;
@@ -33,24 +34,13 @@ void ResetRecordingEngine() {
     tzrChannelCount = KeyTzrNumberOfChannels.defaultValue;
 }
 
-static void FileNameForDisplay(const char* path, char* out, size_t size) {
-    const char* shown = path;
-    if (!(statusFlags & STATUS_FULL_PATH)) {
-        const char* slash = strrchr(path, '\\');
-        if (slash) shown = slash + 1;
-    }
-    snprintf(out, size, "%s", shown);
-}
-
 void UpdateFrameCaption() {
     if (dataFileName[0] == '\0') {
         PlatformSetFrameCaption("VELDOR");
         return;
     }
-    char name[PathSize];
     char caption[PathSize + 16];
-    FileNameForDisplay(dataFileName, name, sizeof name);
-    snprintf(caption, sizeof caption, "%s [ %s ]", "VELDOR", name);
+    snprintf(caption, sizeof caption, "%s [ %s ]", "VELDOR", DisplayFileName(dataFileName));
     PlatformSetFrameCaption(caption);
 }
 
