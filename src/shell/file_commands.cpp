@@ -66,9 +66,6 @@ void FileClose() {
     listingTopIndex = 0;
     PlatformSetVerticalScroll(WINDOW_LISTING, 0);
     ResetPlotView();
-    PlatformRepaint(WINDOW_LISTING, AREA_WHOLE, 1);
-    PlatformRepaint(WINDOW_PLOT, AREA_WHOLE, 1);
-    PlatformRepaint(WINDOW_CHART, AREA_WHOLE, 1);
-    PlatformNotifyWindow(WINDOW_TAGS, 0);
+    RepaintDataViews();
     LogStatus("File closed");
 }

@@ -323,11 +323,8 @@ int LoadDataFile() {
     listingTopIndex = 0;
     PlatformSetVerticalScroll(WINDOW_LISTING, 0);
     ResetPlotView();
-    PlatformRepaint(WINDOW_LISTING, AREA_WHOLE, 1);
-    PlatformRepaint(WINDOW_PLOT, AREA_WHOLE, 1);
-    PlatformRepaint(WINDOW_CHART, AREA_WHOLE, 1);
+    RepaintDataViews();
     LogStatus("Data read from file '%s'", DisplayFileName(dataFileName));
-    PlatformNotifyWindow(WINDOW_TAGS, 0);
     PlatformNotifyWindow(WINDOW_PLOT, PlotZoomAutoCommand);
     EndBusy();
     return 1;

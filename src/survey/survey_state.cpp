@@ -191,6 +191,10 @@ void ClearRecords() {
     tagCount = 0;
     recordingParams.startTime = 0;
     LogStatus("Data memory cleared");
+    RepaintDataViews();
+}
+
+void RepaintDataViews() {
     PlatformRepaint(WINDOW_LISTING, AREA_WHOLE, 1);
     PlatformRepaint(WINDOW_PLOT, AREA_WHOLE, 1);
     PlatformRepaint(WINDOW_CHART, AREA_WHOLE, 1);

@@ -135,6 +135,10 @@ void SnapshotRecordingParams();
 // Record > Clear.
 void ClearRecords();
 
+// After the data changed as a whole: the Listing, Plot and Chart repaint
+// whole with erase and the Tags window refreshes its list.
+void RepaintDataViews();
+
 // Keeps the tag table in step when record index leaves the store.
 void RemoveRecordTags(int32_t index);
 
