@@ -4,7 +4,7 @@
 #include <string.h>
 
 #include "link/frame_codec.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/recording_engine.h"

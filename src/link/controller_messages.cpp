@@ -7,7 +7,7 @@
 
 #include "link/frame_codec.h"
 #include "link/gps_commands.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "survey/survey_state.h"
 

@@ -5,7 +5,7 @@
 #include <string.h>
 
 #include "link/controller_messages.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 
 char receiveBuffer[ReceiveBufferSize];

@@ -2,7 +2,7 @@
 #include <string.h>
 
 #include "link/gps_commands.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 
 namespace {

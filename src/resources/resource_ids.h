@@ -54,4 +54,46 @@
 #define IDM_HELP_LICENCE 40054
 #define IDM_HELP_WEBSITE 40090
 
+// Faces of the owner-drawn buttons of the Plot and Chart windows, bitmaps of
+// 25 by 25 pixels: raised (UP), held down (DOWN) and disabled (OFF).
+#define IDB_CH1_UP 1067
+#define IDB_CH2_UP 1068
+#define IDB_CH3_UP 1069
+#define IDB_CH4_UP 1070
+#define IDB_CH1_DOWN 26568
+#define IDB_CH2_DOWN 26569
+#define IDB_CH3_DOWN 26570
+#define IDB_CH4_DOWN 26571
+#define IDB_ALL_UP 26572
+#define IDB_ALL_DOWN 26573
+#define IDB_BEST_UP 26574
+#define IDB_BEST_DOWN 26575
+#define IDB_ZOOM_IN_UP 26576
+#define IDB_ZOOM_IN_DOWN 26577
+#define IDB_ZOOM_OUT_UP 26578
+#define IDB_ZOOM_OUT_DOWN 26579
+#define IDB_COLOURS_DOWN 26580
+#define IDB_COLOURS_UP 26581
+#define IDB_CH1_OFF 26582
+#define IDB_CH2_OFF 26583
+#define IDB_CH3_OFF 26584
+#define IDB_CH4_OFF 26585
+#define IDB_ALL_OFF 26586
+#define IDB_BEST_OFF 26587
+#define IDB_ZOOM_IN_OFF 26588
+#define IDB_ZOOM_OUT_OFF 26589
+#define IDB_ZOOM_AUTO_UP 26590
+#define IDB_ZOOM_AUTO_DOWN 26591
+#define IDB_ZOOM_AUTO_OFF 26592
+
+// Control ids of the buttons, and the commands of the Plot and the Listing.
+#define IDC_VIEW_BUTTON_FIRST 4101  // Ch1; the Plot's run to 4110, the Chart's to 4104
+#define IDM_PLOT_ZOOM_IN 4107
+#define IDM_PLOT_ZOOM_OUT 4108
+#define IDM_PLOT_ZOOM_AUTO 4109
+#define IDM_PLOT_COLOURS 4110
+#define IDM_LISTING_DELETE 4101
+#define IDM_LISTING_SHOW_LOCATION 103
+#define IDM_LISTING_HIDE_LOCATION 104
+
 #endif

@@ -1,6 +1,6 @@
 #include "shell/file_commands.h"
 
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "storage/data_file.h"
 #include "storage/reconciliation.h"

@@ -4,7 +4,7 @@
 
 #include "link/frame_codec.h"
 #include "resources/resource_ids.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "storage/cal_file.h"
 #include "storage/settings_file.h"

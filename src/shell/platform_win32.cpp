@@ -6,7 +6,7 @@
 #include <time.h>
 
 #include "link/serial_port_win32.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/shell_win32.h"
 #include "shell/status_log.h"
 
@@ -87,6 +87,25 @@ void PlatformRepaint(int window, int area, int erase) {
 void PlatformSetVerticalScroll(int window, int position) {
     HWND hwnd = PlatformWindowHandle(window);
     if (hwnd != nullptr) SetScrollPos(hwnd, SB_VERT, position, TRUE);
+}
+
+void PlatformSetHorizontalScroll(int window, int position) {
+    HWND hwnd = PlatformWindowHandle(window);
+    if (hwnd != nullptr) SetScrollPos(hwnd, SB_HORZ, position, TRUE);
+}
+
+void PlatformSetWindowCaption(int window, const char* text) {
+    HWND hwnd = PlatformWindowHandle(window);
+    if (hwnd != nullptr) SetWindowTextA(hwnd, text);
+}
+
+int PlatformClientSize(int window, int* width, int* height) {
+    HWND hwnd = PlatformWindowHandle(window);
+    RECT rect = {0, 0, 0, 0};
+    if (hwnd != nullptr) GetClientRect(hwnd, &rect);
+    *width = rect.right;
+    *height = rect.bottom;
+    return hwnd != nullptr;
 }
 
 void PlatformNotifyWindow(int window, int code) {

@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 
 // The private message of the frame and of the child windows.
 constexpr UINT WM_VELDOR = WM_USER;

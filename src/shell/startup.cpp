@@ -7,18 +7,15 @@
 #include "link/frame_codec.h"
 #include "resources/resource_ids.h"
 #include "shell/app_paths.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "storage/colours_file.h"
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
+#include "views/chart_view.h"
 #include "views/display_format.h"
-
-int32_t chartChannel;
-int32_t plotChannel;
-float powerBreak[3] = {80.0f, 60.0f, 40.0f};
-int32_t dotSize = 5;
+#include "views/plot_view.h"
 
 void SetInitialValues() {
     recordCount = 0;

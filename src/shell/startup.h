@@ -7,14 +7,6 @@
 
 #include <stdint.h>
 
-// The channel (0..3) the Chart and the Plot show; written back at exit.
-extern int32_t chartChannel;
-extern int32_t plotChannel;
-// The plot's three colour breaks, calibrated values ("Power break 1" to "3").
-extern float powerBreak[3];
-// Side of a plot dot in pixels.
-extern int32_t dotSize;
-
 // The initial values of the start-up sequence: empty store, no flags, no
 // file, link timers armed, and one busy level (ended by the sequence).
 void SetInitialValues();

@@ -3,7 +3,7 @@
 #include <stdarg.h>
 #include <stdio.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 
 void LogStatus(const char* format, ...) {
     char line[StatusLineSize];

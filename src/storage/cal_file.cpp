@@ -5,7 +5,7 @@
 #include <string.h>
 #include <sys/stat.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"

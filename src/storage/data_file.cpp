@@ -3,7 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "storage/reconciliation.h"
 #include "survey/survey_state.h"

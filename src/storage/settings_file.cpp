@@ -4,7 +4,7 @@
 #include <stdlib.h>
 
 #include "shell/app_paths.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 
 int ReadSetting(const IntSetting& setting) {
     return ProfileGetInt(setting.section, setting.key, setting.defaultValue, settingsPath);

@@ -5,7 +5,7 @@
 #include <string.h>
 
 #include "shell/app_paths.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "storage/cal_file.h"
 #include "storage/settings_file.h"
 

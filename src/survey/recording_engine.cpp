@@ -8,7 +8,7 @@
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
 #include "resources/resource_ids.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"

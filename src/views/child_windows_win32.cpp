@@ -12,13 +12,13 @@
 #include "survey/survey_state.h"
 #include "views/plot_geometry.h"
 
-struct ViewFont {
+struct ViewFontState {
     HFONT font;
     int lineHeight;
 };
 
 // Indexed by WindowId; only the Listing, Plot and Chart have one.
-static ViewFont viewFonts[WINDOW_COUNT];
+static ViewFontState viewFonts[WINDOW_COUNT];
 
 static const TextSetting* FontNameKey(int window) {
     switch (window) {
@@ -45,7 +45,7 @@ static void LoadViewFont(int window, HWND hwnd) {
     int size = ReadSetting(*sizeKey);
     char name[64];
     ReadSetting(*nameKey, name, sizeof name);
-    ViewFont& vf = viewFonts[window];
+    ViewFontState& vf = viewFonts[window];
     if (vf.font != nullptr) DeleteObject(vf.font);
     vf.font = CreateFontA(-size, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, name);
     vf.lineHeight = 0;
@@ -59,8 +59,11 @@ static void LoadViewFont(int window, HWND hwnd) {
     }
 }
 
+HFONT ViewFont(int window) { return viewFonts[window].font; }
+int ViewLineHeight(int window) { return viewFonts[window].lineHeight; }
+
 static void FreeViewFont(int window) {
-    ViewFont& vf = viewFonts[window];
+    ViewFontState& vf = viewFonts[window];
     if (vf.font != nullptr) DeleteObject(vf.font);
     vf.font = nullptr;
     vf.lineHeight = 0;
@@ -70,15 +73,8 @@ void RebuildViewFont(int window) {
     HWND hwnd = PlatformWindowHandle(window);
     if (hwnd == nullptr || FontNameKey(window) == nullptr) return;
     LoadViewFont(window, hwnd);
-    if (window == WINDOW_LISTING) {
-        int position = 0;
-        if (recordCount > listingRowCount + 1)
-            position = listingTopIndex * 100 / (recordCount - listingRowCount + 1);
-        SetScrollPos(hwnd, SB_VERT, position, TRUE);
-    } else if (window == WINDOW_PLOT) {
-        SetScrollPos(hwnd, SB_VERT, plotView.verticalScrollPos, TRUE);
-        SetScrollPos(hwnd, SB_HORZ, plotView.horizontalScrollPos, TRUE);
-    }
+    // The view lays itself out again for the new line height and sets its bars.
+    SendMessageA(hwnd, WM_VELDOR, PRIVATE_FONTS_CHANGED, 0);
     InvalidateRect(hwnd, nullptr, TRUE);
 }
 
@@ -120,23 +116,7 @@ static void PlaceTagsWindow(HWND hwnd) {
 
 static void OnCreate(int window, HWND hwnd) {
     SetPlatformWindow(window, hwnd);
-    switch (window) {
-    case WINDOW_LISTING:
-        SetScrollRange(hwnd, SB_VERT, 0, 100, FALSE);
-        listingTopIndex = 0;
-        break;
-    case WINDOW_PLOT:
-        SetScrollRange(hwnd, SB_VERT, 0, 100, FALSE);
-        SetScrollRange(hwnd, SB_HORZ, 0, 100, FALSE);
-        ResetPlotView();
-        SetScrollPos(hwnd, SB_VERT, plotView.verticalScrollPos, FALSE);
-        SetScrollPos(hwnd, SB_HORZ, plotView.horizontalScrollPos, FALSE);
-        break;
-    case WINDOW_TAGS:
-        PlaceTagsWindow(hwnd);
-        break;
-    default: break;
-    }
+    if (window == WINDOW_TAGS) PlaceTagsWindow(hwnd);
     LoadViewFont(window, hwnd);
 }
 
@@ -152,7 +132,7 @@ static void OnDestroy(int window, HWND hwnd) {
     SetPlatformWindow(window, nullptr);
 }
 
-static LRESULT ViewWindowProc(int window, HWND hwnd, UINT message, WPARAM wParam,
+LRESULT ViewWindowDefault(int window, HWND hwnd, UINT message, WPARAM wParam,
                               LPARAM lParam) {
     switch (message) {
     case WM_CREATE:
@@ -175,18 +155,6 @@ static LRESULT ViewWindowProc(int window, HWND hwnd, UINT message, WPARAM wParam
     return DefMDIChildProcA(hwnd, message, wParam, lParam);
 }
 
-LRESULT CALLBACK ListingWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    return ViewWindowProc(WINDOW_LISTING, hwnd, message, wParam, lParam);
-}
-
-LRESULT CALLBACK PlotWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    return ViewWindowProc(WINDOW_PLOT, hwnd, message, wParam, lParam);
-}
-
-LRESULT CALLBACK ChartWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    return ViewWindowProc(WINDOW_CHART, hwnd, message, wParam, lParam);
-}
-
 LRESULT CALLBACK TagsWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    return ViewWindowProc(WINDOW_TAGS, hwnd, message, wParam, lParam);
+    return ViewWindowDefault(WINDOW_TAGS, hwnd, message, wParam, lParam);
 }

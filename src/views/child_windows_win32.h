@@ -10,6 +10,16 @@ LRESULT CALLBACK PlotWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM l
 LRESULT CALLBACK ChartWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT CALLBACK TagsWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
+// What every view window does: on WM_CREATE it announces itself to the seam
+// and makes its font, WM_SETCURSOR shows the busy cursor, WM_DESTROY stores
+// its place, frees the font and withdraws it; everything else goes to
+// DefMDIChildProcA. A view's own procedure handles its messages first and
+// passes WM_CREATE and WM_DESTROY on here too.
+LRESULT ViewWindowDefault(int window, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+// The font of the Listing, Plot or Chart from its settings, and its tmHeight.
+HFONT ViewFont(int window);
+int ViewLineHeight(int window);
+
 // Rebuilds the font of the Listing, Plot or Chart window from "FontName" and
 // "FontSize" of its section and repaints it whole; nothing when the window
 // does not exist.

@@ -3,7 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
 

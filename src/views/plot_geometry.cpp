@@ -2,7 +2,7 @@
 
 #include <stdio.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/status_log.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"

@@ -10,7 +10,7 @@
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
 #include "shell/app_paths.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "storage/ini_file.h"
 #include "views/plot_geometry.h"
 #include "survey/cal_lookup.h"
@@ -153,8 +153,24 @@ void PlatformRepaint(int window, int area, int erase) {
 }
 
 void PlatformSetVerticalScroll(int window, int position) {
-    if (window == WINDOW_LISTING && PlatformWindowExists(window))
-        fake.scrollPositions.push_back(position);
+    if (!PlatformWindowExists(window)) return;
+    if (window == WINDOW_LISTING) fake.scrollPositions.push_back(position);
+    if (window == WINDOW_PLOT) fake.plotScroll[0] = position;
+}
+
+void PlatformSetHorizontalScroll(int window, int position) {
+    if (window == WINDOW_PLOT && PlatformWindowExists(window)) fake.plotScroll[1] = position;
+}
+
+void PlatformSetWindowCaption(int window, const char* text) {
+    if (window >= 0 && window < 8 && PlatformWindowExists(window)) fake.windowCaptions[window] = text;
+}
+
+int PlatformClientSize(int window, int* width, int* height) {
+    int exists = window >= 0 && window < 8 && PlatformWindowExists(window);
+    *width = exists ? fake.clientWidth[window] : 0;
+    *height = exists ? fake.clientHeight[window] : 0;
+    return exists;
 }
 
 void PlatformNotifyWindow(int window, int) {

@@ -15,7 +15,9 @@
 #include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
+#include "views/chart_view.h"
 #include "views/display_format.h"
+#include "views/plot_view.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "console_platform.h"
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "storage/ini_file.h"
 
 int consolePortFd = -1;
@@ -39,6 +39,13 @@ void PlatformMessageBox(const char* text, int) { printf("message: %s\n", text); 
 int PlatformWindowExists(int) { return 0; }
 void PlatformRepaint(int, int, int) {}
 void PlatformSetVerticalScroll(int, int) {}
+void PlatformSetHorizontalScroll(int, int) {}
+void PlatformSetWindowCaption(int, const char*) {}
+int PlatformClientSize(int, int* width, int* height) {
+    *width = 0;
+    *height = 0;
+    return 0;
+}
 void PlatformNotifyWindow(int, int) {}
 void PlatformSetFrameCaption(const char* text) { printf("caption: %s\n", text); }
 void PlatformFrameCommand(int commandId) { printf("frame command %d\n", commandId); }

@@ -3,8 +3,8 @@
 // The program links the Win32 implementation (platform_win32.cpp); the unit
 // tests link a fake that records every call and answers questions from a
 // script. Plain free functions resolved at link time.
-#ifndef VELDOR_SHELL_PLATFORM_H
-#define VELDOR_SHELL_PLATFORM_H
+#ifndef VELDOR_BASE_PLATFORM_H
+#define VELDOR_BASE_PLATFORM_H
 
 #include <stdint.h>
 
@@ -56,6 +56,12 @@ int PlatformWindowExists(int window);
 void PlatformRepaint(int window, int area, int erase);
 // Sets the vertical scroll position (0..100) of a window, if it exists.
 void PlatformSetVerticalScroll(int window, int position);
+// Sets the horizontal scroll position (0..100) of a window, if it exists.
+void PlatformSetHorizontalScroll(int window, int position);
+// Sets a window's caption, if it exists.
+void PlatformSetWindowCaption(int window, const char* text);
+// The client size of a window; 0 (and 0 by 0) when it does not exist.
+int PlatformClientSize(int window, int* width, int* height);
 // Posts the window's private message (1024) with a code; for the Tags window
 // code 0 asks it to refresh its list. Skipped when the window does not exist.
 void PlatformNotifyWindow(int window, int code);
