@@ -1,5 +1,5 @@
 # The Windows program, veldor.exe: the front end (*_win32.cpp), the resource
-# script with its generated icons and bitmap, and the portable core.
+# script with its generated icons and bitmaps, and the portable core.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
 set(VELDOR_IMAGE_DIR ${CMAKE_BINARY_DIR}/images)
@@ -10,11 +10,18 @@ set(VELDOR_IMAGES
   ${VELDOR_IMAGE_DIR}/veldor_chart.ico
   ${VELDOR_IMAGE_DIR}/veldor_tags.ico
   ${VELDOR_IMAGE_DIR}/signon.bmp)
+# The button faces of the Plot window: resource ids 1067-1070 and 26568-26592.
+foreach(face_id RANGE 1067 1070)
+  list(APPEND VELDOR_IMAGES ${VELDOR_IMAGE_DIR}/face_${face_id}.bmp)
+endforeach()
+foreach(face_id RANGE 26568 26592)
+  list(APPEND VELDOR_IMAGES ${VELDOR_IMAGE_DIR}/face_${face_id}.bmp)
+endforeach()
 add_custom_command(
   OUTPUT ${VELDOR_IMAGES}
   COMMAND Python3::Interpreter ${CMAKE_SOURCE_DIR}/src/resources/make_images.py ${VELDOR_IMAGE_DIR}
   DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/make_images.py
-  COMMENT "Drawing the icons and the sign-on bitmap"
+  COMMENT "Drawing the icons, the sign-on bitmap and the button faces"
   VERBATIM)
 add_custom_target(veldor_images DEPENDS ${VELDOR_IMAGES})
 

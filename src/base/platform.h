@@ -49,7 +49,8 @@ enum WindowArea {
     AREA_LISTING_INDEX = 3,    // the Listing's index column
     AREA_PLOT_RECT = 4,        // the Plot's plot rectangle
     AREA_CHART_RECT = 5,       // the Chart's chart rectangle
-    AREA_LIVE_READING = 6      // the calibration editor's live reading
+    AREA_LIVE_READING = 6,     // the calibration editor's live reading
+    AREA_PLOT_READOUT = 7      // the Plot's cursor read-out
 };
 int PlatformWindowExists(int window);
 // Asks for a repaint; nothing happens when the window does not exist.

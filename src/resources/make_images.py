@@ -5,9 +5,11 @@ usage: make_images.py OUTPUT_FOLDER
 
 Writes veldor_frame.ico (a radio mast), veldor_listing.ico (a list),
 veldor_plot.ico (a survey plot), veldor_chart.ico (a histogram),
-veldor_tags.ico (a tag) and signon.bmp (240 x 190, 24 bits). Plain Python:
+veldor_tags.ico (a tag), signon.bmp (240 x 190, 24 bits) and the faces of
+the Plot window's buttons, face_<id>.bmp (25 x 25, 16 colours). Plain Python:
 shapes are drawn on a canvas four times the size and averaged down, which
-smooths their edges.
+smooths their edges; the button faces are drawn on whole pixels so that
+they stay crisp.
 """
 import math
 import os
@@ -139,8 +141,10 @@ def rgb(r, g, b, a=1.0):
 FONT = {
     " ": [0, 0, 0, 0, 0, 0, 0],
     ".": [0, 0, 0, 0, 0, 0x0C, 0x0C],
+    "1": [0x04, 0x0C, 0x04, 0x04, 0x04, 0x04, 0x0E],
     "2": [0x0E, 0x11, 0x01, 0x02, 0x04, 0x08, 0x1F],
     "3": [0x1F, 0x02, 0x04, 0x02, 0x01, 0x11, 0x0E],
+    "4": [0x02, 0x06, 0x0A, 0x12, 0x1F, 0x02, 0x02],
     "A": [0x0E, 0x11, 0x11, 0x1F, 0x11, 0x11, 0x11],
     "D": [0x1E, 0x11, 0x11, 0x11, 0x11, 0x11, 0x1E],
     "E": [0x1F, 0x10, 0x10, 0x1E, 0x10, 0x10, 0x1F],
@@ -283,6 +287,160 @@ def signon():
     return c
 
 
+# The button faces: 25 x 25 pixels in the standard 16-colour VGA palette.
+VGA = [(0, 0, 0), (128, 0, 0), (0, 128, 0), (128, 128, 0), (0, 0, 128), (128, 0, 128),
+       (0, 128, 128), (192, 192, 192), (128, 128, 128), (255, 0, 0), (0, 255, 0),
+       (255, 255, 0), (0, 0, 255), (255, 0, 255), (0, 255, 255), (255, 255, 255)]
+FACE = 25
+BLACK, FACE_GREY, DARK_GREY, WHITE = rgb(0, 0, 0), rgb(192, 192, 192), rgb(128, 128, 128), PAPER
+BLUE, GREEN, RED = rgb(0, 0, 255), rgb(0, 255, 0), rgb(255, 0, 0)
+
+
+def pixel_line(dot, xa, ya, xb, yb, colour):
+    """A one-pixel line between two pixels, both ends included."""
+    n = max(abs(xb - xa), abs(yb - ya))
+    for i in range(n + 1):
+        dot(xa + round((xb - xa) * i / (n or 1)), ya + round((yb - ya) * i / (n or 1)), colour)
+
+
+def pixel_box(dot, x0, y0, x1, y1, colour, filled=True):
+    """The pixels x0..x1, y0..y1, all of them or only the outline."""
+    for y in range(y0, y1 + 1):
+        for x in range(x0, x1 + 1):
+            if filled or x in (x0, x1) or y in (y0, y1):
+                dot(x, y, colour)
+
+
+def pixel_arrow(dot, xa, ya, xb, yb, colour):
+    """A diagonal arrow from (xa, ya) to its head at (xb, yb)."""
+    sx, sy = (1 if xb > xa else -1), (1 if yb > ya else -1)
+    pixel_line(dot, xa, ya, xb, yb, colour)
+    pixel_line(dot, xb - 3 * sx, yb, xb, yb, colour)
+    pixel_line(dot, xb, yb - 3 * sy, xb, yb, colour)
+
+
+def pixel_text(dot, x, y, string, scale, colours):
+    """string in the 5 x 7 font; colours gives each character's colour."""
+    for ch, colour in zip(string, colours):
+        for row, bits in enumerate(FONT[ch]):
+            for col in range(5):
+                if bits & (0x10 >> col):
+                    pixel_box(dot, x + col * scale, y + row * scale,
+                              x + col * scale + scale - 1, y + row * scale + scale - 1, colour)
+        x += 5 * scale + 2
+
+
+def picture_digit(digit):
+    return lambda dot: pixel_text(dot, 7, 5, digit, 2, [BLACK])
+
+
+def picture_block(colours):
+    def draw(dot):
+        pixel_text(dot, 6, 4, "12", 1, colours[:2])
+        pixel_text(dot, 6, 13, "34", 1, colours[2:])
+    return draw
+
+
+def picture_zoom_in(dot):
+    pixel_box(dot, 3, 3, 20, 20, BLACK, filled=False)
+    for sx, sy in ((-1, -1), (1, -1), (-1, 1), (1, 1)):
+        cx, cy = (10 if sx < 0 else 13), (10 if sy < 0 else 13)
+        pixel_arrow(dot, cx, cy, cx + 5 * sx, cy + 5 * sy, BLACK)
+
+
+def arrows_in(dot, near, far):
+    """Arrows from the corners far from the centre in to near from it."""
+    for sx, sy in ((-1, -1), (1, -1), (-1, 1), (1, 1)):
+        ox, oy = (11 if sx < 0 else 12), (11 if sy < 0 else 12)
+        pixel_arrow(dot, ox + far * sx, oy + far * sy, ox + near * sx, oy + near * sy, BLACK)
+
+
+def picture_zoom_out(dot):
+    pixel_box(dot, 9, 9, 14, 14, BLACK, filled=False)
+    arrows_in(dot, 4, 9)
+
+
+def picture_zoom_auto(dot):
+    pixel_box(dot, 7, 7, 16, 16, BLACK, filled=False)
+    for x, y, colour in ((9, 9, BLUE), (13, 9, GREEN), (11, 11, BLUE), (9, 13, GREEN),
+                         (13, 13, RED)):
+        pixel_box(dot, x, y, x + 1, y + 1, colour)
+    arrows_in(dot, 6, 9)
+
+
+def picture_colours(dot):
+    for i, colour in enumerate((BLUE, GREEN, RED)):
+        y = 4 + 6 * i
+        pixel_box(dot, 4, y, 8, y + 4, colour)
+        pixel_line(dot, 11, y + 2, 19, y + 2, BLACK)
+
+
+# Each button: its name, raised, down and disabled face ids (0: none), picture.
+BUTTON_FACES = [
+    ("Ch1", 1067, 26568, 26582, picture_digit("1")),
+    ("Ch2", 1068, 26569, 26583, picture_digit("2")),
+    ("Ch3", 1069, 26570, 26584, picture_digit("3")),
+    ("Ch4", 1070, 26571, 26585, picture_digit("4")),
+    ("All", 26572, 26573, 26586, picture_block([BLACK] * 4)),
+    ("Best", 26574, 26575, 26587, picture_block([DARK_GREY, BLACK, DARK_GREY, DARK_GREY])),
+    ("Zoom In", 26576, 26577, 26588, picture_zoom_in),
+    ("Zoom Out", 26578, 26579, 26589, picture_zoom_out),
+    ("Zoom Auto", 26590, 26591, 26592, picture_zoom_auto),
+    ("Colours", 26581, 26580, 0, picture_colours),
+]
+
+
+def button_face(picture, state):
+    """A face in state "up", "down" or "off": the bevel with the picture on it."""
+    c = Canvas(FACE, FACE, FACE_GREY)
+    last = FACE - 1
+
+    def dot(x, y, colour):
+        c.rect(x, y, x + 1, y + 1, colour)
+
+    def shifted(dx, dy, colour=None):
+        return lambda x, y, own: dot(x + dx, y + dy, colour or own)
+
+    light, shade, edge = (BLACK, DARK_GREY, WHITE) if state == "down" else (WHITE, DARK_GREY, BLACK)
+    pixel_line(dot, 0, 0, last, 0, light)
+    pixel_line(dot, 0, 0, 0, last, light)
+    pixel_line(dot, 0, last, last, last, edge)
+    pixel_line(dot, last, 0, last, last, edge)
+    if state == "down":
+        pixel_line(dot, 1, 1, last - 1, 1, shade)
+        pixel_line(dot, 1, 1, 1, last - 1, shade)
+        picture(shifted(1, 1))
+    else:
+        pixel_line(dot, 1, last - 1, last - 1, last - 1, shade)
+        pixel_line(dot, last - 1, 1, last - 1, last - 1, shade)
+        if state == "off":
+            picture(shifted(1, 1, WHITE))
+            picture(shifted(0, 0, DARK_GREY))
+        else:
+            picture(shifted(0, 0))
+    return c
+
+
+def write_bmp16(path, canvas):
+    """A 16-colour bitmap, each pixel snapped to the nearest VGA colour."""
+    rows = canvas.downsample(1)
+    height, width = len(rows), len(rows[0])
+    stride = ((width * 4 + 31) // 32) * 4
+    pixels = bytearray()
+    for row in reversed(rows):
+        index = [min(range(16), key=lambda i: sum((a - b) ** 2 for a, b in zip(VGA[i], p[:3])))
+                 for p in row] + [0]
+        line = bytearray((index[i] << 4) | index[i + 1] for i in range(0, width, 2))
+        pixels += line + bytes(stride - len(line))
+    palette = b"".join(bytes((b, g, r, 0)) for r, g, b in VGA)
+    offset = 14 + 40 + len(palette)
+    header = struct.pack("<2sIHHI", b"BM", offset + len(pixels), 0, 0, offset)
+    info = struct.pack("<IiiHHIIiiII", 40, width, height, 1, 4, 0, len(pixels),
+                       2835, 2835, 16, 0)
+    with open(path, "wb") as f:
+        f.write(header + info + palette + pixels)
+
+
 def bmp_rows_bgra(rows):
     """Bottom-up 32-bit BGRA rows as one byte string."""
     out = bytearray()
@@ -353,6 +511,10 @@ def main():
     write_ico(os.path.join(out, "veldor_chart.ico"), icon_chart())
     write_ico(os.path.join(out, "veldor_tags.ico"), icon_tags())
     write_bmp(os.path.join(out, "signon.bmp"), signon())
+    for _, up, down, off, picture in BUTTON_FACES:
+        for face_id, state in ((up, "up"), (down, "down"), (off, "off")):
+            if face_id:
+                write_bmp16(os.path.join(out, "face_%d.bmp" % face_id), button_face(picture, state))
     return 0
 
 

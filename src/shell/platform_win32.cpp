@@ -7,6 +7,7 @@
 
 #include "link/serial_port_win32.h"
 #include "base/platform.h"
+#include "views/view_areas.h"
 #include "shell/shell_win32.h"
 #include "shell/status_log.h"
 
@@ -79,9 +80,11 @@ int PlatformWindowExists(int window) { return PlatformWindowHandle(window) != nu
 void PlatformRepaint(int window, int area, int erase) {
     HWND hwnd = PlatformWindowHandle(window);
     if (hwnd == nullptr) return;
-    // The views repaint their areas as wholes until they map them to rectangles.
-    (void)area;
-    InvalidateRect(hwnd, nullptr, erase ? TRUE : FALSE);
+    ViewRect r;
+    RECT rect;
+    int part = ViewAreaRect(window, area, &r);
+    if (part) rect = RECT{r.left, r.top, r.right, r.bottom};
+    InvalidateRect(hwnd, part ? &rect : nullptr, erase ? TRUE : FALSE);
 }
 
 void PlatformSetVerticalScroll(int window, int position) {

@@ -20,6 +20,7 @@ static void BoxOp(HDC dc, const DrawOp& op) {
 static void LineOp(HDC dc, const DrawOp& op) {
     HPEN pen = CreatePen(op.pen == PEN_DOTTED ? PS_DOT : PS_SOLID, 1, op.colour);
     HGDIOBJ old = SelectObject(dc, pen);
+    SetBkMode(dc, TRANSPARENT);  // the gaps of a dotted line leave what is below
     MoveToEx(dc, op.rect.left, op.rect.top, nullptr);
     LineTo(dc, op.rect.right, op.rect.bottom);
     SelectObject(dc, old);

@@ -45,6 +45,9 @@ void ResetPlotView() {
     plotView.scale = 0;
     SetBothScrollPositions();
     snprintf(plotTitle, sizeof plotTitle, "Plot");
+    PlatformSetWindowCaption(WINDOW_PLOT, plotTitle);
+    PlatformSetVerticalScroll(WINDOW_PLOT, plotView.verticalScrollPos);
+    PlatformSetHorizontalScroll(WINDOW_PLOT, plotView.horizontalScrollPos);
 }
 
 void PlotLayout(int32_t clientWidth, int32_t clientHeight) {

@@ -12,6 +12,8 @@
 
 #include <stdint.h>
 
+#include "views/draw_list.h"
+
 constexpr int32_t MasPerDegree = 3600000;
 constexpr int32_t PlotLatitudeLimit = 324000000;        // 90 degrees
 constexpr int32_t PlotLongitudeLimit = 648000000;       // 180 degrees
@@ -22,12 +24,7 @@ constexpr int32_t PlotHorizontalScrollStep = 12960000;  // 3.6 degrees
 constexpr int PlotTitleSize = 64;
 
 // Left, top inclusive; right, bottom one past the last pixel.
-struct PlotRect {
-    int32_t left;
-    int32_t top;
-    int32_t right;
-    int32_t bottom;
-};
+using PlotRect = ViewRect;
 
 struct PlotPixel {
     int32_t x;

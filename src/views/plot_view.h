@@ -10,6 +10,7 @@
 
 #include "survey/survey_state.h"
 #include "views/draw_list.h"
+#include "views/plot_geometry.h"
 
 // What decides a dot's colour: 0..3 a channel, 4 All, 5 Best ("Channel" of
 // section "Plot" less 1); written back at exit. User-interface thread.
@@ -61,17 +62,30 @@ struct PlotImage {
 // drawn. Draws nothing but white while the display is suspended.
 int PlotPaintPixels(const PlotImage& image);
 
-// The rest of a repaint, in order: the grey header strip with its outline, the
-// sunken frame and text of the read-out, "- No Data -" or the suspension text,
-// and the cross hair. Runs PlotEnsureScale first.
-void PlotPaintOverlay(DrawList* list);
+// The strip and texts of a repaint: the grey header with its outline, the
+// sunken frame and text of the read-out, and "- No Data -" or the
+// suspension text in plotArea.
+void PlotPaintStrip(DrawList* list);
+// The read-out alone, as drawn at once after a pointer move.
+void PlotPaintReadout(DrawList* list);
+// The cross hair on plotLocationRecord, over the dots; nothing while
+// suspended or when the row does not exist.
+void PlotPaintCrossHair(DrawList* list);
 
 // The face of button n (0..9) of the strip: its bitmap resource id, for the
 // control held down or not. Channel choice faces follow plotChannel.
 int PlotButtonFace(int n, int held);
-// A press on channel button n (0..5): 1 when it changed plotChannel (the
-// caller repaints plotArea with erase and redraws the button chosen before).
-int PlotChooseChannel(int n);
+// A press on channel button n (0..5): 1 when it changed plotChannel, with
+// the button chosen before in *previous (the caller repaints plotArea with
+// erase and redraws that button).
+int PlotChooseChannel(int n, int* previous);
+
+// Shows the view on the window: the title from PlotTitle and both bars.
+void PlotShowView();
+// The zoom commands 4107, 4108, 4109 and the bars: 1 when the view changed
+// (the repaints are requested here).
+int PlotCommand(int id);
+int PlotScroll(int vertical, int code, uint16_t thumb);
 
 // After a repaint that took `elapsedMs`: sets STATUS_PLOT_SUSPENDED and says
 // so when recording with maxPlotTime above 0 and the repaint took longer.

@@ -67,6 +67,42 @@ uint32_t FloatBits(float value) {
     return bits;
 }
 
+std::string ReadFileBytes(const std::string& path, const char* mode) {
+    FILE* f = fopen(path.c_str(), mode);
+    if (f == nullptr) return "<missing>";
+    std::string bytes;
+    char buffer[4096];
+    size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, f)) > 0) bytes.append(buffer, n);
+    fclose(f);
+    return bytes;
+}
+
+int WriteFileBytes(const std::string& path, const std::string& bytes) {
+    FILE* f = fopen(path.c_str(), "wb");
+    if (f == nullptr) return 0;
+    size_t written = fwrite(bytes.data(), 1, bytes.size(), f);
+    return fclose(f) == 0 && written == bytes.size() ? 1 : 0;
+}
+
+std::string CalFileBytes(int32_t count, const std::vector<std::pair<int, float>>& points) {
+    std::string bytes("[VELDOR - cal file v1.0]\0", 25);
+    for (int k = 0; k < 4; k++) bytes.push_back((char)((uint32_t)count >> (8 * k)));
+    for (const auto& p : points) {
+        bytes.push_back((char)p.first);
+        bytes.append(3, '\0');
+        uint32_t b = FloatBits(p.second);
+        for (int k = 0; k < 4; k++) bytes.push_back((char)(b >> (8 * k)));
+    }
+    return bytes;
+}
+
+std::string StoredSetting(const char* section, const char* key) {
+    char text[300];
+    ProfileGetString(section, key, "<absent>", text, sizeof text, settingsPath);
+    return text;
+}
+
 std::vector<std::string> FramesSent() {
     std::vector<std::string> frames;
     size_t pos = 0;

@@ -7,6 +7,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/platform.h"
@@ -77,6 +78,15 @@ std::string TempTestPath(const std::string& name);
 
 // The bit pattern of a float, for exact comparisons.
 uint32_t FloatBits(float value);
+
+// The whole of a file, or "<missing>" when it cannot be opened.
+std::string ReadFileBytes(const std::string& path, const char* mode = "rb");
+// Makes a file of exactly these bytes; 0 when it cannot be made.
+int WriteFileBytes(const std::string& path, const std::string& bytes);
+// A calibration file: magic, count and (power, value) points with spare bytes of 0.
+std::string CalFileBytes(int32_t count, const std::vector<std::pair<int, float>>& points);
+// A key of the settings file as stored, "<absent>" when it is not there.
+std::string StoredSetting(const char* section, const char* key);
 
 // A path below tests/data, where the hand-made test files are kept.
 inline std::string TestDataPath(const std::string& relative) {

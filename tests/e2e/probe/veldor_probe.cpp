@@ -7,7 +7,8 @@
 //       frames, the frame's caption and state, the three status panes, the
 //       MDI children and the program's other top-level windows (dialogs,
 //       message boxes, open menus: class|title|enabled|handle) with their
-//       controls (class|id|text). Lines are "key=value"; newlines in texts
+//       controls (class|id|text), and each child's client area on the screen
+//       (client=class|x,y,width,height). Lines are "key=value"; newlines in texts
 //       print as \n.
 //   veldor_probe [-d DESKTOP] wait [-t SECONDS] CONDITION...
 //       Polls until every condition holds, then prints the state and ends
@@ -65,6 +66,8 @@ struct TopWindow {
 struct Child {
     char className[64];
     char title[TextSize];
+    POINT origin;  // the client area's top left corner on the screen
+    RECT client;
 };
 
 struct Snapshot {
@@ -272,6 +275,9 @@ void TakeSnapshot(Snapshot* s) {
         char title[TextSize] = "";
         GetWindowTextA(child, title, sizeof title);
         Escape(title, c.title, sizeof c.title);
+        c.origin = POINT{0, 0};
+        ClientToScreen(child, &c.origin);
+        GetClientRect(child, &c.client);
     }
 
     WindowSearch windows = {processId, frame, s};
@@ -293,6 +299,9 @@ void PrintSnapshot(const Snapshot& s) {
     for (int pane = 0; pane < 3; pane++) printf("pane%d=%s\n", pane, s.panes[pane]);
     for (int i = 0; i < s.childCount; i++)
         printf("child=%s|%s\n", s.children[i].className, s.children[i].title);
+    for (int i = 0; i < s.childCount; i++)
+        printf("client=%s|%ld,%ld,%ld,%ld\n", s.children[i].className, s.children[i].origin.x,
+               s.children[i].origin.y, s.children[i].client.right, s.children[i].client.bottom);
     for (int i = 0; i < s.windowCount; i++) {
         const TopWindow& w = s.windows[i];
         printf("window=%s|%s|%d|%p\n", w.className, w.title, w.enabled, (void*)w.hwnd);

@@ -1,0 +1,157 @@
+#!/usr/bin/env bash
+# The Listing, Plot and Chart draw a survey the test made (views_survey.py:
+# 300 records on a grid, four colour bands, every GPS state, five tags),
+# opened through File > Open with no controller:
+#   - each window's screenshot holds the pixels the file says it must: the
+#     dot colour where a record falls after Zoom Auto, in channel 1, All and
+#     Best and after Zoom In; the header band, the live-row band, a row's GPS
+#     colour and a tag star in the Listing; the spike of each reading in the
+#     Chart, for channel 1 and, after its button, channel 2;
+#   - Show Location from the Listing's popup puts the cross hair on that
+#     record in the Plot and the mark on its bin in the Chart;
+#   - Page Down and End through the forwarded keys, a right click on a row
+#     and Delete Record, then Save As: the file has exactly that record gone
+#     and the tags behind it moved;
+# and, recording from the simulator with "Max plot time" 1, the Plot stops
+# drawing with its status line and text, and draws again after Record > Stop.
+set -euo pipefail
+E2E_SCENARIO=views
+# shellcheck source=lib.sh
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
+
+DAT="$ART/views.DAT"
+SAVED="$ART/deleted.DAT"
+$VIEWS make "$DAT"
+
+e2e_fresh_settings
+e2e_settings <<EOF
+Main window|Maximised|1
+Main window|Show tags|0
+Listing|Origin X|0
+Listing|Origin Y|0
+Listing|Width|560
+Listing|Height|400
+Chart|Origin X|0
+Chart|Origin Y|400
+Chart|Width|560
+Chart|Height|260
+Plot|Origin X|560
+Plot|Origin Y|0
+Plot|Width|460
+Plot|Height|660
+EOF
+e2e_start_program
+e2e_close_signon
+e2e_focus
+
+e2e_key ctrl+o
+e2e_expect "no file dialog \"Open Data File\"" -t 15 window="Open Data File"
+e2e_type "$(e2e_winpath "$DAT")"
+e2e_key Return
+e2e_expect "the survey is not shown loaded" -t 20 nowindow="Open Data File" "caption=VELDOR [ views.DAT ]"
+e2e_wait_status "Data read from file 'views.DAT'" 5 || e2e_fail "no \"Data read from file 'views.DAT'\""
+
+# shot NAME: a screenshot once the windows have painted, with the probe's
+# view of the window places beside it.
+shot() {
+  sleep 1
+  e2e_wait -t 5 enabled=1 || true
+  e2e_shot "$1"
+  cp "$ART/last_probe.txt" "$ART/$1.probe"
+}
+# client CLASS X Y: the screen point of a client point of a child window.
+client_point() {
+  local origin
+  origin="$(sed -n "s/^client=$1|\([0-9-]*\),\([0-9-]*\),.*/\1 \2/p" "$ART/last_probe.txt")"
+  [ -n "$origin" ] || e2e_fail "no $1 window"
+  set -- $origin "$2" "$3"
+  echo "$(($1 + $3)) $(($2 + $4))"
+}
+click() { xdotool mousemove $(client_point "$1" "$2" "$3") click "${4:-1}"; }
+check() { $VIEWS "$@" >>"$ART/pixels.txt" 2>&1 || { tail -3 "$ART/pixels.txt"; e2e_fail "$1 pixels: $(tail -1 "$ART/pixels.txt")"; }; }
+
+shot opened
+check listing "$ART/opened.png" "$ART/opened.probe" "$DAT"
+check plot "$ART/opened.png" "$ART/opened.probe" "$DAT" --channel 0
+check chart "$ART/opened.png" "$ART/opened.probe" "$DAT" --channel 0
+e2e_pass "Listing, Plot (channel 1) and Chart (channel 1) draw the survey"
+
+# ---- Plot buttons: All, Best, Zoom In, Zoom Auto; the Chart's Ch2 ------------------------------
+click Veldor_Plot $((4 + 29 * 4 + 12)) 16
+shot plot_all
+check plot "$ART/plot_all.png" "$ART/plot_all.probe" "$DAT" --channel 4
+click Veldor_Plot $((4 + 29 * 5 + 12)) 16
+shot plot_best
+check plot "$ART/plot_best.png" "$ART/plot_best.probe" "$DAT" --channel 5
+click Veldor_Plot $((4 + 29 * 6 + 12)) 16
+shot plot_zoom_in
+check plot "$ART/plot_zoom_in.png" "$ART/plot_zoom_in.probe" "$DAT" --channel 5 --zoom-in 1
+click Veldor_Plot $((4 + 29 * 8 + 12)) 16
+click Veldor_Chart $((33 + 12)) 16
+shot chart_ch2
+check plot "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 5
+check chart "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 1
+e2e_pass "Plot: All, Best, Zoom In, Zoom Auto; Chart: Ch2"
+
+# ---- Show Location on the second record ------------------------------------------------------------
+read -r y x record <<<"$($VIEWS listing-row "$ART/chart_ch2.probe" "$ART/chart_ch2.png" 1 0)"
+[ "$record" = 1 ] || e2e_fail "row 1 shows record $record"
+xdotool mousemove "$x" "$y" click 3
+e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu"
+e2e_key l
+shot location
+check plot "$ART/location.png" "$ART/location.probe" "$DAT" --channel 5 --cross 1
+check chart "$ART/location.png" "$ART/location.probe" "$DAT" --channel 1 --mark 1
+e2e_pass "Show Location: cross hair and chart mark on record 2"
+
+# ---- Keys, right click, Delete Record, Save As --------------------------------------------------------
+click Veldor_Listing 20 200
+e2e_key Next End
+sleep 1
+read -r y x record <<<"$($VIEWS listing-row "$ART/location.probe" "$ART/location.png" 2 end)"
+xdotool mousemove "$x" "$y" click 3
+e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu after End"
+e2e_mark
+e2e_key d
+e2e_wait_status "Delete record" 5 || e2e_fail "Delete Record said nothing"
+shot deleted
+e2e_key alt+f
+e2e_expect "the File menu did not open" -t 5 window=
+e2e_key a
+e2e_expect "no file dialog \"Save Data File...\"" -t 15 window="Save Data File..."
+e2e_type "$(e2e_winpath "$SAVED")"
+e2e_key Return
+e2e_expect "the file is not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ deleted.DAT ]"
+$VIEWS deleted "$DAT" "$SAVED" "$record" >>"$ART/pixels.txt" 2>&1 ||
+  e2e_fail "the saved file is not the survey less record $((record + 1)): $(tail -1 "$ART/pixels.txt")"
+e2e_pass "End, right click, Delete Record: record $((record + 1)) gone from the saved file, tags moved"
+e2e_key alt+f
+e2e_expect "the File menu did not open" -t 5 window=
+e2e_key x
+e2e_wait_exit 15
+e2e_check_answering
+
+# ---- Max plot time 1 while recording --------------------------------------------------------------
+e2e_setting General "Max plot time" 1
+e2e_setting General "Record Interval Seconds" 1
+e2e_start_sim --period-ms 500
+e2e_start_program
+e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
+e2e_close_signon
+e2e_focus
+e2e_mark
+e2e_key F1
+e2e_wait_status "Plot window display suspended by program" 30 ||
+  e2e_fail "the Plot was not suspended with Max plot time 1"
+e2e_wait_samples 2 10 || true
+shot suspended
+$VIEWS suspended "$ART/suspended.png" "$ART/suspended.probe" 1 >>"$ART/pixels.txt" 2>&1 ||
+  e2e_fail "no suspension text in the Plot: $(tail -1 "$ART/pixels.txt")"
+e2e_key F2
+e2e_expect "F2 did not stop recording" -t 10 pane1=Idle
+shot resumed
+$VIEWS suspended "$ART/resumed.png" "$ART/resumed.probe" 0 >>"$ART/pixels.txt" 2>&1 ||
+  e2e_fail "the dots did not come back after Record > Stop: $(tail -1 "$ART/pixels.txt")"
+e2e_pass "Max plot time 1: suspended while recording, dots back after Stop"
+e2e_check_answering

@@ -1,0 +1,294 @@
+#!/usr/bin/env python3
+"""The survey of the views scenario, and the pixel facts its screenshots must show.
+
+  views_survey.py make OUT.DAT
+      300 records on a 20 x 15 lawn-mower grid, 2 seconds of arc apart, with
+      channel 1 in all four colour bands (a band per five columns), every GPS
+      state, and tags on five records.
+  views_survey.py plot SHOT.png PROBE.txt DAT --channel N [--zoom-in K] [--cross I]
+  views_survey.py listing SHOT.png PROBE.txt
+  views_survey.py chart SHOT.png PROBE.txt DAT --channel N [--mark I]
+      Check a screenshot against what the file says must be drawn; print one
+      line per fact and exit 1 on the first that does not hold.
+  views_survey.py listing-row PROBE.txt SHOT.png ROW TOP|end
+      Prints the screen y and x of the middle of table row ROW (0 = first)
+      and the record it shows with top row TOP (end: the top row after End),
+      from the row height measured on SHOT.
+  views_survey.py deleted DAT SAVED INDEX
+      SAVED is DAT less record INDEX, with the tags behind it moved.
+  views_survey.py suspended SHOT.png PROBE.txt 1|0
+      The Plot shows the suspension text and no dots (1), or dots (0).
+
+Every expectation is computed here from the file, the window sizes the probe
+reports and the arithmetic the operator's manual gives; nothing is read from
+the program but its pixels.
+"""
+import os
+import struct
+import subprocess
+import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "datafiles"))
+import make_data_files as dat  # noqa: E402
+
+BASE_LAT, BASE_LON, STEP = 185400000, -3600000, 2000
+BAND_RAW = [230, 180, 128, 60]            # High, Mid, Low, None on the default curve
+BAND_RGB = [(0, 0, 255), (0, 255, 0), (255, 0, 0), (0, 0, 0)]
+GPS_FLAGS = [0x10, 0x14, 0x34, 0x04]      # no fix, fix, fix + differential, fix not live
+GPS_RGB = {0x10: (128, 0, 0), 0x14: (0, 128, 0), 0x34: (0, 0, 128), 0x04: (0, 128, 0)}
+TAGGED = [0, 5, 47, 150, 299]
+MARK_RGB = (192, 0, 0)                    # the dotted cross hair and chart mark, 0x000000C0
+CURVE_RGB = (0, 0, 192)                   # the chart curve, 0x00C00000
+
+
+def survey():
+    rows = []
+    for i in range(300):
+        row, col = divmod(i, 20)
+        if row % 2:
+            col = 19 - col
+        ch = [BAND_RAW[col // 5] + row % 3, BAND_RAW[row % 4], BAND_RAW[(row + col) % 4], 100 + i % 50]
+        flags = GPS_FLAGS[i % 4] | (0x08 if i % 10 == 0 else 0)
+        rows.append((flags, i % 7 if flags & 0x08 else 0, tuple(ch), BASE_LAT + row * STEP,
+                     BASE_LON + col * STEP, 1700000000 + 2 * i))
+    return rows
+
+
+def make(path):
+    rows = survey()
+    tags = [(i, b"Tag at record %d" % (i + 1)) for i in TAGGED]
+    data = (dat.header(4, 1700000000, seconds=2, names=[b"Default.cal"] * 4,
+                       labels=[b"North", b"East", b"South", b"West"])
+            + dat.records(4, rows) + dat.tags(tags) + dat.TRAILER)
+    with open(path, "wb") as f:
+        f.write(data)
+
+
+def read_records(path):
+    """(flags, ch, lat, lon) of each record of a v1.4 file."""
+    b = open(path, "rb").read()
+    at = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
+    count = struct.unpack_from("<i", b, at)[0]
+    at += 4
+    out = []
+    for _ in range(count):
+        flags, _ch, c0, c1, c2, c3, lat, lon, _t = struct.unpack_from("<BB4BiiI", b, at)
+        out.append((flags, (c0, c1, c2, c3), lat, lon))
+        at += 18
+    return out
+
+
+def value(raw):
+    """The default curve (0, 0.0)-(255, 100.0)."""
+    return raw * 100.0 / 255.0
+
+
+def band(raw):
+    v = value(raw)
+    return 0 if v > 80 else 1 if v > 60 else 2 if v > 40 else 3
+
+
+def trunc_div(a, b):
+    q = abs(a) // abs(b)
+    return q if (a >= 0) == (b > 0) else -q
+
+
+class Shot:
+    def __init__(self, path):
+        ppm = subprocess.run(["convert", path, "ppm:-"], check=True, capture_output=True).stdout
+        parts = ppm.split(maxsplit=4)
+        self.w, self.h = int(parts[1]), int(parts[2])
+        self.px = parts[4]
+
+    def at(self, x, y):
+        i = (y * self.w + x) * 3
+        return tuple(self.px[i:i + 3])
+
+
+def client(probe, cls):
+    for line in open(probe):
+        if line.startswith("client=" + cls + "|"):
+            return [int(v) for v in line.strip().split("|")[1].split(",")]
+    sys.exit(f"no {cls} in {probe}")
+
+
+def fact(ok, text):
+    print(("ok    " if ok else "WRONG ") + text)
+    if not ok:
+        sys.exit(1)
+
+
+def plot_pixels(recs, w, h, zoom_in):
+    """Pixel of each record after Zoom Auto (then zoom_in times Zoom In)."""
+    left, top, right, bottom = 1, 34, w - 1, h - 1
+    aw, ah = right - left, bottom - top
+    lats, lons = [r[2] for r in recs], [r[3] for r in recs]
+    dlat, dlon = max(lats) - min(lats), max(lons) - min(lons)
+    clat, clon = min(lats) + dlat // 2, min(lons) + dlon // 2
+    m = max(dlat // ah, dlon // aw)
+    scale = max(m + m // 3, 1)
+    for _ in range(zoom_in):
+        scale = max(scale // 2, 1)
+    cx, cy = left + aw // 2, top + ah // 2
+    pix = [(cx + trunc_div(lon - clon, scale), cy - trunc_div(lat - clat, scale)) for _, _, lat, lon in recs]
+    return pix, (left, top, right, bottom)
+
+
+def check_plot(shot, probe, path, channel, zoom_in, cross):
+    s, recs = Shot(shot), read_records(path)
+    ox, oy, w, h = client(probe, "Veldor_Plot")
+    pix, area = plot_pixels(recs, w, h, zoom_in)
+    d, checked = 5, 0
+    hair = pix[cross] if cross is not None else (-99, -99)
+    for i in range(0, len(recs), 13):
+        x, y = pix[i]
+        if not (area[0] + d <= x < area[2] - d and area[1] + d <= y < area[3] - d):
+            continue
+        if abs(x - hair[0]) <= d or abs(y - hair[1]) <= d:
+            continue  # under the cross hair
+        ch = recs[i][1]
+        if channel == 4:
+            want = {(x - 2, y - 2): BAND_RGB[band(ch[0])], (x + 2, y - 2): BAND_RGB[band(ch[1])],
+                    (x - 2, y + 2): BAND_RGB[band(ch[2])], (x + 2, y + 2): BAND_RGB[band(ch[3])]}
+        else:
+            raw = max(ch) if channel == 5 else ch[channel]
+            want = {(x, y): BAND_RGB[band(raw)], (x - 2, y + 2): BAND_RGB[band(raw)],
+                    (x + 3, y): (255, 255, 255)}
+        for (px, py), rgb in want.items():
+            fact(s.at(ox + px, oy + py) == rgb,
+                 f"plot record {i + 1} at ({px}, {py}): {s.at(ox + px, oy + py)}, expected {rgb}")
+        checked += 1
+    fact(checked >= 5, f"{checked} records checked in the plot")
+    fact(s.at(ox + 2, oy + 2) == (192, 192, 192), "the button strip is grey")
+    if cross is not None:
+        x, y = pix[cross]
+        x = min(max(x, area[0]), area[2] - 1)
+        column = sum(s.at(ox + x, oy + yy) == MARK_RGB for yy in range(area[1], area[3]))
+        fact(column >= (area[3] - area[1]) // 4, f"cross hair on x {x}: {column} dotted pixels")
+
+
+def listing_metrics(s, probe):
+    ox, oy, w, h = client(probe, "Veldor_Listing")
+    band_h = 0
+    while s.at(ox + 5, oy + 1 + band_h) == (128, 255, 255):
+        band_h += 1
+    return ox, oy, w, h, band_h  # the band holds rows 1 .. h + 1 of the client: band_h = h + 1
+
+
+def check_listing(shot, probe, path):
+    s, recs = Shot(shot), read_records(path)
+    ox, oy, w, h, band_h = listing_metrics(s, probe)
+    ch = band_h - 1
+    fact(ch >= 8, f"header band RGB(128, 255, 255), {band_h} pixels high: row height {ch}")
+    fact(s.at(ox + 5, oy + h - 4) == (192, 192, 192), "live row band grey")
+    x2, x4 = w * 2 // 10, w * 4 // 10
+    for r in range(4):
+        top, bottom = (r + 1) * ch + 3, (r + 2) * ch
+        seen = {s.at(ox + x, oy + y) for x in range(x2 + 1, x4 - 1) for y in range(top, bottom)}
+        want = GPS_RGB[recs[r][0] & 0x34]
+        others = set(GPS_RGB.values()) - {want}
+        fact(want in seen and not (seen & others), f"row {r + 1} latitude in {want}")
+        grey = {s.at(ox + x, oy + y) for x in range(w * 6 // 10 + 1, w * 7 // 10 - 1) for y in range(top, bottom)}
+        live = recs[r][0] & 0x10
+        fact(((0, 0, 0) in grey) == bool(live), f"row {r + 1} readings {'black' if live else 'grey'}")
+    star = {s.at(ox + x, oy + y) for x in range(2, 8) for y in range(ch + 3, 2 * ch)}
+    # The star is small and its edges are smoothed: any dark-red tint will do.
+    fact(any(r - g >= 60 and abs(g - b) <= 8 for r, g, b in star), "tag star on record 1")
+
+
+def listing_row(probe, shot, row, top):
+    s = Shot(shot)
+    ox, oy, w, h, band_h = listing_metrics(s, probe)
+    ch = band_h - 1
+    if top == "end":  # the top row after End: the last record stands in the last whole row
+        rows = (h - 2 * ch - 4) // ch
+        top = 300 - rows + 1
+    y = ch + 2 + row * ch + ch // 2
+    print(oy + y, ox + w // 2, int(top) + row)
+
+
+def check_deleted(path, saved, index):
+    before, after = read_records(path), read_records(saved)
+    fact(after == before[:index] + before[index + 1:], f"{len(after)} records: record {index + 1} gone")
+    want = [t - (t > index) for t in TAGGED if t != index]
+    fact(read_tags(saved) == want, f"tags on {want}")
+
+
+def read_tags(path):
+    b = open(path, "rb").read()
+    at = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
+    at += 4 + 18 * struct.unpack_from("<i", b, at)[0]
+    return [struct.unpack_from("<i", b, at + 4 + 55 * k)[0] for k in range(struct.unpack_from("<i", b, at)[0])]
+
+
+def check_suspended(shot, probe, suspended):
+    """While suspended the plot area is white but for the text at its centre;
+    after the stop it holds dots in the band colours."""
+    s = Shot(shot)
+    ox, oy, w, h = client(probe, "Veldor_Plot")
+    area = [(x, y) for x in range(2, w - 2) for y in range(35, h - 2)]
+    colours = {s.at(ox + x, oy + y) for x, y in area}
+    dots = colours & set(BAND_RGB[:3])
+    cy = 34 + (h - 35) // 2
+    text = sum(s.at(ox + x, oy + y) == (0, 0, 0) for x in range(2, w - 2) for y in range(cy - 20, cy))
+    if suspended:
+        fact(not dots and text > 20, f"suspended: no dots, {text} text pixels above the centre")
+    else:
+        fact(bool(dots), f"dots in {sorted(dots)}")
+
+
+def check_chart(shot, probe, path, channel, mark):
+    s, recs = Shot(shot), read_records(path)
+    ox, oy, w, h = client(probe, "Veldor_Chart")
+    y_mid = 60
+    axis = [x for x in range(0, w // 2) if s.at(ox + x, oy + y_mid) == (0, 0, 0)]
+    fact(len(axis) >= 2, f"Y axis found at x {axis[:2]}")
+    left = axis[-1] + 1
+    right = w - 10
+    base = [y for y in range(43, h) if s.at(ox + left + 3, oy + y) == (0, 0, 0)]
+    fact(len(base) >= 2, f"X axis found at y {base[:2]}")
+    bottom = base[0] - 1
+    hits = [0] * 256
+    for r in recs:
+        hits[r[1][channel]] += 1
+    scale = (right - left) / 100.0
+    peak = max(hits)
+    marked = recs[mark][1][channel] if mark is not None else None
+    for raw in sorted(set(r[1][channel] for r in recs) - {marked}):
+        x = left + int(value(raw) * scale)
+        y = bottom - int(hits[raw] * (bottom - 43) / peak)
+        near = {s.at(ox + xx, oy + yy) for xx in range(x - 1, x + 2) for yy in range(y - 1, y + 2)}
+        fact(CURVE_RGB in near, f"bin {raw} ({hits[raw]} hits) at ({x}, {y})")
+    if mark is not None:
+        x = left + int(value(recs[mark][1][channel]) * scale)
+        column = sum(CURVE_RGB != s.at(ox + xx, oy + yy) == MARK_RGB for xx in (x - 1, x, x + 1)
+                     for yy in range(43, bottom))
+        fact(column >= (bottom - 43) // 4, f"location mark of record {mark + 1} at x {x}: {column} pixels")
+
+
+def main(argv):
+    cmd = argv[1]
+    opt = {argv[i]: argv[i + 1] for i in range(2, len(argv) - 1) if argv[i].startswith("--")}
+    pos = [a for i, a in enumerate(argv[2:], 2) if not a.startswith("--") and not argv[i - 1].startswith("--")]
+    if cmd == "make":
+        make(pos[0])
+    elif cmd == "plot":
+        cross = int(opt["--cross"]) if "--cross" in opt else None
+        check_plot(pos[0], pos[1], pos[2], int(opt["--channel"]), int(opt.get("--zoom-in", 0)), cross)
+    elif cmd == "listing":
+        check_listing(pos[0], pos[1], pos[2])
+    elif cmd == "listing-row":
+        listing_row(pos[0], pos[1], int(pos[2]), pos[3])
+    elif cmd == "deleted":
+        check_deleted(pos[0], pos[1], int(pos[2]))
+    elif cmd == "suspended":
+        check_suspended(pos[0], pos[1], int(pos[2]))
+    elif cmd == "chart":
+        mark = int(opt["--mark"]) if "--mark" in opt else None
+        check_chart(pos[0], pos[1], pos[2], int(opt["--channel"]), mark)
+    else:
+        sys.exit(__doc__)
+
+
+if __name__ == "__main__":
+    main(sys.argv)

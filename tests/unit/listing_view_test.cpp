@@ -1,0 +1,189 @@
+#include "views/listing_view.h"
+
+#include <gtest/gtest.h>
+
+#include <string.h>
+#include <vector>
+
+#include "fake_platform.h"
+#include "resources/resource_ids.h"
+
+namespace {
+
+// Rows 10 pixels high in a client area 1005 by 64: header 0..12, strips
+// 12..52 (four whole rows), live band 53..63.
+struct ListingViewTest : ::testing::Test {
+    DrawList list;
+    void SetUp() override {
+        ResetFakeWorld();
+        listingCharHeight = 10;
+        ListingLayout(1005, 64);
+    }
+    void Fill(int count) {
+        recordCount = count;
+        for (int i = 0; i < count; i++) recordStore.rows[i] = Record{};
+    }
+    // Paints and returns the record cells drawn: the texts anchored at their top.
+    std::vector<const DrawOp*> PaintRows() {
+        DrawListClear(&list);
+        ListingPaint(&list);
+        std::vector<const DrawOp*> cells;
+        for (int i = 0; i < list.count; i++) {
+            const DrawOp& op = list.ops[i];
+            if (op.kind == DRAW_TEXT && !(op.flags & (TEXT_IN_RECT | TEXT_BOTTOM)))
+                cells.push_back(&op);
+        }
+        return cells;
+    }
+};
+
+TEST_F(ListingViewTest, ColumnEdgesAndLayout) {
+    const int32_t lefts[7] = {0, 201, 402, 603, 703, 804, 904};  // x(2) = 201, not 2 * x(1)
+    for (int k = 0; k < 7; k++)  // all strips run from 12 to 52, as the areas below
+        EXPECT_TRUE(listingColumns[k].left == lefts[k] &&
+                    listingColumns[k].right == (k < 6 ? lefts[k + 1] : 1005)) << k;
+    struct { int area, ok; ViewRect rect; } cases[] = {
+        {AREA_LISTING_COLUMNS, 1, {0, 12, 1005, 52}}, {AREA_LISTING_INDEX, 1, {0, 12, 201, 52}},
+        {AREA_LISTING_LIVE_ROW, 1, {1, 53, 1004, 63}}, {AREA_WHOLE, 0, {0, 0, 0, 0}}};
+    for (auto& c : cases) {
+        ViewRect r{0, 0, 0, 0};
+        EXPECT_EQ(c.ok, ListingAreaRect(c.area, &r)) << c.area;
+        EXPECT_EQ(0, memcmp(&r, &c.rect, sizeof r)) << c.area;
+    }
+}
+
+TEST_F(ListingViewTest, PaintClampsTheTopRowAndDrawsOneRowMoreThanFits) {
+    // The last row's cells end at the next row or, for the extra row, at the strip's end.
+    struct { int records, top, clamped, rows; const char* first; int lastBottom; } cases[] = {
+        {10, 0, 0, 5, "1 - unknown", 52}, {10, 6, 6, 4, "7 - unknown", 50},
+        {10, 7, 7, 3, "8 - unknown", 40}, {10, 9, 7, 3, "8 - unknown", 40},
+        {3, 2, 0, 3, "1 - unknown", 40},  {0, 5, 0, 0, "", 0},
+    };
+    for (auto& c : cases) {
+        SCOPED_TRACE(::testing::Message() << c.records << " records from " << c.top);
+        Fill(c.records);
+        listingTopIndex = c.top;
+        std::vector<const DrawOp*> cells = PaintRows();
+        EXPECT_EQ(4, listingRowCount);
+        EXPECT_EQ(c.clamped, listingTopIndex);
+        ASSERT_EQ(7u * c.rows, cells.size());
+        if (c.rows == 0) continue;
+        EXPECT_STREQ(c.first, cells[0]->text);
+        EXPECT_TRUE(cells[0]->y == 12 && cells[0]->rect.top == 13 && cells[0]->rect.bottom == 20);
+        EXPECT_EQ(c.lastBottom, cells.back()->rect.bottom);
+    }
+}
+
+TEST_F(ListingViewTest, RowColoursFollowGpsStateLiveFlagAndTags) {
+    struct { uint8_t flags; uint32_t position, reading; } rows[] = {
+        {0, ListingDarkRed, ColourGrey},
+        {RECORD_GPS_DIFF, ListingDarkRed, ColourGrey},
+        {RECORD_GPS_FIX | RECORD_LIVE, ListingDarkGreen, ColourBlack},
+        {RECORD_GPS_FIX | RECORD_GPS_DIFF | RECORD_LIVE, ListingDarkBlue, ColourBlack},
+    };
+    Fill(4);
+    for (int i = 0; i < 4; i++) recordStore.rows[i].flags = rows[i].flags;
+    tagCount = 1, tagRecord[0] = 1;
+    std::vector<const DrawOp*> cells = PaintRows();
+    ASSERT_EQ(29u, cells.size());
+    EXPECT_TRUE(strcmp(cells[14]->text, "*") == 0 && cells[14]->colour == ListingDarkRed);
+    for (int i = 0; i < 4; i++) {
+        const DrawOp* const* row = &cells[7 * i + (i > 1)];  // the mark follows row 1's cells
+        EXPECT_TRUE(row[1]->colour == rows[i].position && row[2]->colour == rows[i].position) << i;
+        EXPECT_EQ(rows[i].reading, row[6]->colour) << i;
+    }
+}
+
+TEST_F(ListingViewTest, ScrollRequests) {
+    enum { N = LISTING_SCROLL_NONE, D = LISTING_SCROLL_BLOCK_DOWN, U = LISTING_SCROLL_BLOCK_UP,
+           R = LISTING_SCROLL_REPAINT };
+    // 20 rows fit; 100 records give a largest top row of 81.
+    struct { int records, request, thumb, from, to, action, bar; } cases[] = {
+        {100, LISTING_SCROLL_LINE_UP, 0, 10, 9, D, 11},  {100, LISTING_SCROLL_LINE_UP, 0, 0, 0, N, 0},
+        {100, LISTING_SCROLL_LINE_DOWN, 0, 10, 11, U, 13},
+        {100, LISTING_SCROLL_LINE_DOWN, 0, 81, 81, N, 100},
+        {100, LISTING_SCROLL_PAGE_UP, 0, 3, 0, R, 0},  {100, LISTING_SCROLL_TOP, 0, 50, 0, R, 0},
+        {100, LISTING_SCROLL_PAGE_DOWN, 0, 70, 81, R, 100},
+        {100, LISTING_SCROLL_THUMB_POSITION, 100, 0, 81, R, 100},  // the same as bottom
+        {100, LISTING_SCROLL_BOTTOM, 0, 0, 81, R, 100},
+        {100, LISTING_SCROLL_THUMB_TRACK, 50, 39, 40, U, 49},  // a drag by one row: block move
+        {100, LISTING_SCROLL_THUMB_TRACK, 50, 41, 40, D, 49},
+        {21, LISTING_SCROLL_LINE_DOWN, 0, 0, 1, U, 0},  // all fit: the bar stays at 0
+        {5, LISTING_SCROLL_BOTTOM, 0, 0, 0, N, 0},
+    };
+    for (auto& c : cases) {
+        recordCount = c.records, listingRowCount = 20, listingTopIndex = c.from;
+        SCOPED_TRACE(::testing::Message() << c.request << " from " << c.from);
+        ListingScrollResult result = ListingScroll(c.request, c.thumb);
+        EXPECT_EQ(c.to, listingTopIndex);
+        EXPECT_EQ(c.action, result.action);
+        EXPECT_EQ(c.bar, result.thumb);
+        // A block move shifts the strips' inside (13..51) by a row and leaves that row to draw.
+        if (c.action == D || c.action == U) {
+            bool down = c.action == D;
+            EXPECT_TRUE(result.dy == (down ? 10 : -10) && result.uncovered.top == (down ? 13 : 41) &&
+                        result.uncovered.bottom == (down ? 23 : 51));
+        }
+    }
+}
+
+TEST_F(ListingViewTest, RightClickRow) {
+    struct { int y, top, row; } cases[] = {
+        {12, 0, 0}, {21, 0, 0}, {22, 5, 6}, {5, 0, 0}, {1, 0, -1}, {1, 3, 2}, {51, 0, 3}};
+    for (auto& c : cases) {
+        listingTopIndex = c.top, ListingRightClick(c.y);
+        EXPECT_EQ(c.row, listingPopupRow) << c.y << " " << c.top;
+    }
+    EXPECT_EQ(7, CountStatus("Listing popup menu"));
+}
+
+TEST_F(ListingViewTest, DeleteRecordMovesRowsTagsAndTimes) {
+    struct { int records, row; std::vector<uint32_t> times; std::vector<int32_t> tags; } cases[] = {
+        {5, 1, {100, 102, 103, 104}, {2, 3}},
+        {5, 4, {100, 101, 102, 103}, {1, 3}},
+        {5, 7, {100, 101, 102, 103}, {1, 3, 4}},  // under the last row: its tag stays
+        {5, -1, {100, 101, 102, 103, 104}, {1, 3, 4}},
+        {0, 0, {}, {1, 3, 4}},
+    };
+    for (auto& c : cases) {
+        ResetFakeWorld();
+        fake.windowExists[WINDOW_LISTING] = fake.windowExists[WINDOW_TAGS] = true;
+        Fill(c.records);
+        for (int i = 0; i < c.records; i++) recordStore.rows[i].time = 100 + i;
+        tagCount = 3, tagRecord[0] = 1, tagRecord[1] = 3, tagRecord[2] = 4;
+        listingPopupRow = c.row;
+        SCOPED_TRACE(c.row);
+        EXPECT_EQ(LISTING_COMMAND_DONE, ListingCommand(IDM_LISTING_DELETE));
+        std::vector<uint32_t> times;
+        for (int i = 0; i < recordCount; i++) times.push_back(recordStore.rows[i].time);
+        EXPECT_EQ(c.times, times);
+        EXPECT_EQ(c.tags, std::vector<int32_t>(tagRecord, tagRecord + tagCount));
+        int deleted = (int)c.times.size() < c.records;
+        EXPECT_TRUE(CountStatus("Delete record") == deleted && fake.busy == 0 &&
+                    (int)fake.notifications.size() == deleted &&
+                    ((statusFlags & STATUS_CHANGED) != 0) == deleted);
+    }
+}
+
+TEST_F(ListingViewTest, StatisticsText) {
+    strcpy(dataFileName, "C:\\SURVEYS\\RUN1.DAT");
+    recordingParams.startTime = 1700000000u;
+    recordingParams.intervalSeconds = 5;
+    strcpy(recordingParams.calFileName[0], "C:\\CAL\\DEFAULT.CAL");
+    recordCount = 3;
+    tagCount = 2;
+    char text[ListingStatisticsSize];
+    ListingStatisticsText(text);
+    EXPECT_STREQ("Data Filename\t\tRUN1.DAT\n\n"
+                 "Recording started\t\tTue Nov 14 22:13:20 2023\n\n"
+                 "Recording interval\t\t5 Sec\n\n"
+                 "Records\t\t\t3 out of 16000\n\n"
+                 "Calibration files\tCh1\tDEFAULT.CAL\n"
+                 "\t\tCh2\t\n\t\tCh3\t\n\t\tCh4\t\n\n"
+                 "Text tags\t\t\t2\n\n",
+                 text);
+    EXPECT_EQ(LISTING_COMMAND_STATISTICS, ListingCommand(IDM_RECORD_STATISTICS));
+    EXPECT_EQ(1, CountStatus("Show listing stats"));
+}
+
+}  // namespace
