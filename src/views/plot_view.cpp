@@ -81,21 +81,26 @@ static uint32_t ImageColour(uint32_t colour) {
     return ((colour & 0xFF) << 16) | (colour & 0xFF00) | ((colour >> 16) & 0xFF);
 }
 
-// Fills a square clamped to plotArea.
-static void FillSquare(const PlotImage& image, int32_t left, int32_t top, int32_t right,
-                       int32_t bottom, uint32_t colour) {
+PlotSquare PlotClampSquare(PlotSquare s) {
     const PlotRect& a = plotView.plotArea;
-    if (left < a.left) left = a.left;
-    if (top < a.top) top = a.top;
-    if (right > a.right) right = a.right;
-    if (bottom > a.bottom) bottom = a.bottom;
+    if (s.left < a.left) s.left = a.left;
+    if (s.top < a.top) s.top = a.top;
+    if (s.right > a.right) s.right = a.right;
+    if (s.bottom > a.bottom) s.bottom = a.bottom;
+    return s;
+}
+
+// Fills a square clamped to plotArea.
+static void FillSquare(const PlotImage& image, PlotSquare s) {
+    const PlotRect& a = plotView.plotArea;
+    s = PlotClampSquare(s);
     // The image may be smaller than the area when the window is tiny.
-    if (right > a.left + image.width) right = a.left + image.width;
-    if (bottom > a.top + image.height) bottom = a.top + image.height;
-    uint32_t pixel = ImageColour(colour);
-    for (int32_t y = top; y < bottom; y++) {
+    if (s.right > a.left + image.width) s.right = a.left + image.width;
+    if (s.bottom > a.top + image.height) s.bottom = a.top + image.height;
+    uint32_t pixel = ImageColour(s.colour);
+    for (int32_t y = s.top; y < s.bottom; y++) {
         uint32_t* line = image.pixels + (size_t)(y - a.top) * (size_t)image.width - a.left;
-        for (int32_t x = left; x < right; x++) line[x] = pixel;
+        for (int32_t x = s.left; x < s.right; x++) line[x] = pixel;
     }
 }
 
@@ -108,8 +113,8 @@ int PlotPaintPixels(const PlotImage& image) {
     if (LivePositionShown()) {
         PlotPixel p = PlotToPixel(liveState.liveLatitude, liveState.liveLongitude);
         if (PlotPixelVisible(p.x, p.y))
-            FillSquare(image, p.x - dotSize, p.y - dotSize, p.x + dotSize, p.y + dotSize,
-                       PlotMarkerColour);
+            FillSquare(image, PlotSquare{p.x - dotSize, p.y - dotSize, p.x + dotSize,
+                                         p.y + dotSize, PlotMarkerColour});
     }
     int drawn = 0;
     PlotSquare squares[4];
@@ -118,9 +123,7 @@ int PlotPaintPixels(const PlotImage& image) {
         PlotPixel p = PlotToPixel(row.latitude, row.longitude);
         if (!PlotPixelVisible(p.x, p.y)) continue;
         int n = PlotRowSquares(row, p.x, p.y, plotChannel, dotSize, squares);
-        for (int k = 0; k < n; k++)
-            FillSquare(image, squares[k].left, squares[k].top, squares[k].right,
-                       squares[k].bottom, squares[k].colour);
+        for (int k = 0; k < n; k++) FillSquare(image, squares[k]);
         drawn++;
     }
     return drawn;

@@ -50,6 +50,9 @@ struct PlotSquare {
 int PlotRowSquares(const Record& row, int32_t x, int32_t y, int32_t channel, int32_t size,
                    PlotSquare squares[4]);
 
+// A square held within plotArea: each side no further out than the area's.
+PlotSquare PlotClampSquare(PlotSquare square);
+
 // A 32-bit top-down image of plotArea: pixel (x, y) of the client area is
 // pixels[(y - plotArea.top) * width + (x - plotArea.left)], as 0x00RRGGBB.
 struct PlotImage {
