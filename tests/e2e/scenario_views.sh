@@ -4,7 +4,7 @@
 # opened through File > Open with no controller:
 #   - each window's screenshot holds the pixels the file says it must: the
 #     dot colour where a record falls after Zoom Auto, in channel 1, All and
-#     Best and after Zoom In; the header band, the live-row band, a row's GPS
+#     Best, after Zoom In and Zoom Out; the header band, the live-row band, a row's GPS
 #     colour and a tag star in the Listing; the spike of each reading in the
 #     Chart, for channel 1 and, after its button, channel 2;
 #   - Show Location from the Listing's popup puts the cross hair on that
@@ -86,13 +86,16 @@ shot plot_best
 check plot "$ART/plot_best.png" "$ART/plot_best.probe" "$DAT" --channel 5
 click Veldor_Plot $((4 + 29 * 6 + 12)) 16
 shot plot_zoom_in
-check plot "$ART/plot_zoom_in.png" "$ART/plot_zoom_in.probe" "$DAT" --channel 5 --zoom-in 1
+check plot "$ART/plot_zoom_in.png" "$ART/plot_zoom_in.probe" "$DAT" --channel 5 --zoom i
+click Veldor_Plot $((4 + 29 * 7 + 12)) 16
+shot plot_zoom_out
+check plot "$ART/plot_zoom_out.png" "$ART/plot_zoom_out.probe" "$DAT" --channel 5 --zoom io
 click Veldor_Plot $((4 + 29 * 8 + 12)) 16
 click Veldor_Chart $((33 + 12)) 16
 shot chart_ch2
 check plot "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 5
 check chart "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 1
-e2e_pass "Plot: All, Best, Zoom In, Zoom Auto; Chart: Ch2"
+e2e_pass "Plot: All, Best, Zoom In, Zoom Out, Zoom Auto; Chart: Ch2"
 
 # ---- Show Location on the second record ------------------------------------------------------------
 read -r y x record <<<"$($VIEWS listing-row "$ART/chart_ch2.probe" "$ART/chart_ch2.png" 1 0)"

@@ -5,7 +5,7 @@
       300 records on a 20 x 15 lawn-mower grid, 2 seconds of arc apart, with
       channel 1 in all four colour bands (a band per five columns), every GPS
       state, and tags on five records.
-  views_survey.py plot SHOT.png PROBE.txt DAT --channel N [--zoom-in K] [--cross I]
+  views_survey.py plot SHOT.png PROBE.txt DAT --channel N [--zoom io..] [--cross I]
   views_survey.py listing SHOT.png PROBE.txt
   views_survey.py chart SHOT.png PROBE.txt DAT --channel N [--mark I]
       Check a screenshot against what the file says must be drawn; print one
@@ -118,8 +118,8 @@ def fact(ok, text):
         sys.exit(1)
 
 
-def plot_pixels(recs, w, h, zoom_in):
-    """Pixel of each record after Zoom Auto (then zoom_in times Zoom In)."""
+def plot_pixels(recs, w, h, zooms):
+    """Pixel of each record after Zoom Auto, then the zooms ("i" in, "o" out)."""
     left, top, right, bottom = 1, 34, w - 1, h - 1
     aw, ah = right - left, bottom - top
     lats, lons = [r[2] for r in recs], [r[3] for r in recs]
@@ -127,17 +127,17 @@ def plot_pixels(recs, w, h, zoom_in):
     clat, clon = min(lats) + dlat // 2, min(lons) + dlon // 2
     m = max(dlat // ah, dlon // aw)
     scale = max(m + m // 3, 1)
-    for _ in range(zoom_in):
-        scale = max(scale // 2, 1)
+    for z in zooms:  # far from the world scale, so Zoom Out only doubles
+        scale = max(scale // 2, 1) if z == "i" else scale * 2
     cx, cy = left + aw // 2, top + ah // 2
     pix = [(cx + trunc_div(lon - clon, scale), cy - trunc_div(lat - clat, scale)) for _, _, lat, lon in recs]
     return pix, (left, top, right, bottom)
 
 
-def check_plot(shot, probe, path, channel, zoom_in, cross):
+def check_plot(shot, probe, path, channel, zooms, cross):
     s, recs = Shot(shot), read_records(path)
     ox, oy, w, h = client(probe, "Veldor_Plot")
-    pix, area = plot_pixels(recs, w, h, zoom_in)
+    pix, area = plot_pixels(recs, w, h, zooms)
     d, checked = 5, 0
     hair = pix[cross] if cross is not None else (-99, -99)
     for i in range(0, len(recs), 13):
@@ -274,7 +274,7 @@ def main(argv):
         make(pos[0])
     elif cmd == "plot":
         cross = int(opt["--cross"]) if "--cross" in opt else None
-        check_plot(pos[0], pos[1], pos[2], int(opt["--channel"]), int(opt.get("--zoom-in", 0)), cross)
+        check_plot(pos[0], pos[1], pos[2], int(opt["--channel"]), opt.get("--zoom", ""), cross)
     elif cmd == "listing":
         check_listing(pos[0], pos[1], pos[2])
     elif cmd == "listing-row":
