@@ -1,0 +1,54 @@
+#include "dialogs/dialog_fields_win32.h"
+
+#include <stdint.h>
+
+static void* At(void* values, const DialogField& f) { return (char*)values + f.offset; }
+static const void* At(const void* values, const DialogField& f) {
+    return (const char*)values + f.offset;
+}
+
+void DialogFill(HWND dialog, const DialogField* fields, int count, const void* values) {
+    for (int i = 0; i < count; i++) {
+        const DialogField& f = fields[i];
+        switch (f.kind) {
+        case FIELD_TEXT:
+            SendDlgItemMessageA(dialog, f.controlId, EM_LIMITTEXT, (WPARAM)(f.size - 1), 0);
+            SetDlgItemTextA(dialog, f.controlId, (const char*)At(values, f));
+            break;
+        case FIELD_CHECK:
+            CheckDlgButton(dialog, f.controlId,
+                           *(const int32_t*)At(values, f) ? BST_CHECKED : BST_UNCHECKED);
+            break;
+        case FIELD_RADIO:
+            CheckRadioButton(dialog, f.controlId, f.controlId + f.size - 1,
+                             f.controlId + *(const int32_t*)At(values, f));
+            break;
+        default: break;
+        }
+    }
+}
+
+void DialogRead(HWND dialog, const DialogField* fields, int count, void* values) {
+    for (int i = 0; i < count; i++) {
+        const DialogField& f = fields[i];
+        switch (f.kind) {
+        case FIELD_TEXT: GetDlgItemTextA(dialog, f.controlId, (char*)At(values, f), f.size); break;
+        case FIELD_CHECK:
+            *(int32_t*)At(values, f) = IsDlgButtonChecked(dialog, f.controlId) == BST_CHECKED;
+            break;
+        case FIELD_RADIO:
+            for (int k = 0; k < f.size; k++)
+                if (IsDlgButtonChecked(dialog, f.controlId + k) == BST_CHECKED)
+                    *(int32_t*)At(values, f) = k;
+            break;
+        default: break;
+        }
+    }
+}
+
+void DialogSpin(HWND dialog, int editId, int delta, int low, int high) {
+    char text[32], out[32];
+    GetDlgItemTextA(dialog, editId, text, sizeof text);
+    SpinStep(text, delta, low, high, out, sizeof out);
+    SetDlgItemTextA(dialog, editId, out);
+}
