@@ -27,7 +27,9 @@ add_custom_target(veldor_images DEPENDS ${VELDOR_IMAGES})
 
 file(GLOB VELDOR_WIN32_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/*/*_win32.cpp)
 set(VELDOR_RC ${CMAKE_SOURCE_DIR}/src/resources/veldor.rc)
-set_source_files_properties(${VELDOR_RC} PROPERTIES OBJECT_DEPENDS "${VELDOR_IMAGES}")
+# The dialog templates are scripts of their own that veldor.rc includes.
+file(GLOB VELDOR_RC_PARTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/dialogs_*.rc)
+set_source_files_properties(${VELDOR_RC} PROPERTIES OBJECT_DEPENDS "${VELDOR_IMAGES};${VELDOR_RC_PARTS}")
 
 add_executable(veldor WIN32 ${VELDOR_WIN32_SOURCES} ${VELDOR_RC})
 add_dependencies(veldor veldor_images)
