@@ -8,6 +8,8 @@
 
 #include <stdint.h>
 
+#include "base/busy.h"
+
 // ---- Serial port -----------------------------------------------------------
 // 1 while the port handle is valid.
 int PlatformPortIsOpen();
@@ -89,10 +91,10 @@ uint32_t PlatformTime();
 int PlatformLocalTime(uint32_t seconds, LocalTime* out);
 
 // ---- Busy cursor ------------------------------------------------------------
-// Nesting count of long operations; the wait cursor shows while above 0.
-void BeginBusy();
-void EndBusy();
-int BusyCount();
+// The nesting count of long operations (BeginBusy, EndBusy) is portable, in
+// base/busy.h. The platform is told when the count leaves 0 (1) and when it
+// comes back to 0 (0): the wait cursor shows while it is above 0.
+void PlatformBusyChanged(int busyCount);
 
 // ---- File chooser -----------------------------------------------------------
 enum ChooseFileMode {

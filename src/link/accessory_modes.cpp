@@ -5,7 +5,7 @@
 
 #include "link/frame_codec.h"
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"

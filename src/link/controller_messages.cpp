@@ -8,7 +8,7 @@
 #include "link/frame_codec.h"
 #include "link/gps_commands.h"
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "survey/survey_state.h"
 
 int32_t commsWatchdogTicks = 12;

@@ -6,7 +6,7 @@
 
 #include "link/controller_messages.h"
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 
 char receiveBuffer[ReceiveBufferSize];
 char lastFrame[LastFrameSize];

@@ -3,7 +3,7 @@
 
 #include "link/gps_commands.h"
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 
 namespace {
 

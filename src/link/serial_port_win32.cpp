@@ -5,7 +5,7 @@
 
 #include "link/frame_codec.h"
 #include "shell/shell_win32.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"
 

@@ -1,21 +1,15 @@
 #include "shell/file_commands.h"
 
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/data_file.h"
 #include "storage/reconciliation.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 #include "views/plot_geometry.h"
 
-// Changed data get a chance to be saved first.
-static void AskToSave() {
-    if ((statusFlags & STATUS_CHANGED) && PlatformAskYesNo("Current data has changed\nSave data ?"))
-        FileSave();
-}
-
 void FileOpen() {
-    AskToSave();
+    if (AskSaveQuestion()) FileSave();
     statusFlags &= ~STATUS_CHANGED;
     LogStatus("Select data file to open...");
     if (!ChooseFile(dataFileName, PathSize, CHOOSE_OPEN_DATA)) {
@@ -57,7 +51,7 @@ void FileSaveAs() {
 
 void FileClose() {
     if (dataFileName[0] == '\0') return;
-    AskToSave();
+    if (AskSaveQuestion()) FileSave();
     statusFlags &= ~STATUS_CHANGED;
     dataFileName[0] = '\0';
     recordCount = 0;

@@ -1,7 +1,8 @@
 // The frame's menu commands as far as they need no window: which items are
 // enabled and checked, the status line of each command, the commands that
 // only call into the survey and the link, Reset Controller and the About
-// text. The Windows front end dispatches WM_COMMAND through these.
+// text. The commands themselves are the rows of frame_command_table.h; the
+// Windows front end dispatches WM_COMMAND through the same table.
 #ifndef VELDOR_SHELL_FRAME_COMMANDS_H
 #define VELDOR_SHELL_FRAME_COMMANDS_H
 
@@ -12,6 +13,16 @@
 // Commands from FirstFrameCommand to LastFrameCommand belong to the frame.
 constexpr int FirstFrameCommand = 40002;
 constexpr int LastFrameCommand = 40090;
+
+// When a frame command's menu item is enabled.
+enum EnableRule {
+    ENABLE_ALWAYS = 0,
+    ENABLE_IDLE = 1,           // while not recording
+    ENABLE_RECORDING = 2,      // while recording
+    ENABLE_SAVE = 3,           // changed data, a file name and at least one record
+    ENABLE_FILE_NAMED = 4,     // a data file is named
+    ENABLE_RECORDS_READY = 5,  // RecordsReadyForOutput
+};
 
 // Every item of the frame's menu, in menu order.
 extern const int FrameMenuIds[];
@@ -35,8 +46,9 @@ const char* FrameCommandLogLine(int id);
 // WINDOW_TAGS): "Listing", "Plot", "Chart", "Text Tags"; nullptr otherwise.
 const char* ChildWindowTitle(int window);
 
-// Runs Start, Stop, Take a Reading, Clear, the four Copy Calibration To Text
-// File commands and Reset Controller. Returns 1 when id was one of them.
+// Runs a command of a CORE row of the table (Start, Stop, Take a Reading,
+// Clear, the four Copy Calibration To Text File commands and Reset
+// Controller). Returns 1 when id was one of them.
 int RunCoreFrameCommand(int id);
 
 // Configure > Reset Controller: asks first; on Yes sends "FR", writes the

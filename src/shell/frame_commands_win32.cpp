@@ -5,12 +5,14 @@
 #include <stdio.h>
 
 #include "resources/resource_ids.h"
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
 #include "shell/file_commands.h"
+#include "shell/frame_command_table.h"
 #include "shell/frame_commands.h"
 #include "shell/shell_win32.h"
 #include "shell/startup.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
+#include "dialogs/make_file_box_win32.h"
 #include "survey/survey_state.h"
 
 void CentreDialog(HWND window) {
@@ -42,28 +44,49 @@ void RunHelpAction() {
         ErrorBox("Failed to open \"" HELP_DOCUMENT "\".");
 }
 
-static void OnAbout() {
-    LogStatus("%s", FrameCommandLogLine(IDM_HELP_ABOUT));
-    char text[512];
-    FormatAboutText(text, sizeof text);
-    MessageBoxA(FrameWindow(), text, "VELDOR", MB_OK | MB_ICONINFORMATION);
+// ---- The handlers of the table's FRAME rows ----------------------------------------
+
+static void OnFileOpen(HWND, int) { FileOpen(); }
+static void OnFileSave(HWND, int) { FileSave(); }
+static void OnFileSaveAs(HWND, int) { FileSaveAs(); }
+static void OnFileClose(HWND, int) { FileClose(); }
+
+static void OnExit(HWND frame, int) { PostMessageA(frame, WM_CLOSE, 0, 0); }
+
+// The commands whose dialog or file work is not part of the frame log their
+// line here as they start.
+static void LogCommand(HWND, int id) {
+    const char* line = FrameCommandLogLine(id);
+    if (line != nullptr) LogStatus("%s", line);
 }
 
-static void OnLicence() {
-    LogStatus("%s", FrameCommandLogLine(IDM_HELP_LICENCE));
-    if (!ShellOpen(licenceDocPath, nullptr))
-        ErrorBox("Failed to open licence file \"EULA.rtf\".");
+static void LogIfReady(HWND frame, int id) {
+    if (RecordsReadyForOutput()) LogCommand(frame, id);
 }
 
-static void OnWebsite() {
-    LogStatus("%s", FrameCommandLogLine(IDM_HELP_WEBSITE));
-    if (ShellOpen(MAKER_WEB_ADDRESS, nullptr)) return;
-    char text[512];
-    FormatWebsiteError(text, sizeof text);
-    ErrorBox(text);
+static void OnMakeListing(HWND frame, int id) {
+    if (!RecordsReadyForOutput()) return;
+    LogCommand(frame, id);
+    OnCreateListingFile(frame);
 }
 
-static void OnShowWindow(int window) {
+// Commands that hand over to the Listing window do nothing without it.
+static void HandToListing(HWND, int id) {
+    HWND listing = PlatformWindowHandle(WINDOW_LISTING);
+    if (listing != nullptr) SendMessageA(listing, WM_COMMAND, MAKEWPARAM(id, 0), 0);
+}
+
+static void Arrange(UINT message, WPARAM how, int id) {
+    SendMessageA(shell.mdiClient, message, how, 0);
+    LogStatus("%s", FrameCommandLogLine(id));
+}
+
+static void OnCascade(HWND, int id) { Arrange(WM_MDICASCADE, 0, id); }
+static void OnTileHorizontal(HWND, int id) { Arrange(WM_MDITILE, MDITILE_HORIZONTAL, id); }
+static void OnTileVertical(HWND, int id) { Arrange(WM_MDITILE, MDITILE_VERTICAL, id); }
+static void OnArrangeIcons(HWND, int id) { Arrange(WM_MDIICONARRANGE, 0, id); }
+
+static void ShowView(int window) {
     HWND hwnd = PlatformWindowHandle(window);
     if (hwnd == nullptr) {
         hwnd = CreateViewWindow(window);
@@ -73,66 +96,58 @@ static void OnShowWindow(int window) {
     BringWindowToTop(hwnd);
 }
 
-static void OnArrange(UINT message, WPARAM how, int id) {
-    SendMessageA(shell.mdiClient, message, how, 0);
+static void OnShowListing(HWND, int) { ShowView(WINDOW_LISTING); }
+static void OnShowPlot(HWND, int) { ShowView(WINDOW_PLOT); }
+static void OnShowChart(HWND, int) { ShowView(WINDOW_CHART); }
+static void OnShowTags(HWND, int) { ShowView(WINDOW_TAGS); }
+
+static void OnAbout(HWND, int id) {
     LogStatus("%s", FrameCommandLogLine(id));
+    char text[512];
+    FormatAboutText(text, sizeof text);
+    MessageBoxA(FrameWindow(), text, "VELDOR", MB_OK | MB_ICONINFORMATION);
 }
 
-// Commands that hand over to the Listing window do nothing without it.
-static void HandToListing(int id) {
-    HWND listing = PlatformWindowHandle(WINDOW_LISTING);
-    if (listing != nullptr) SendMessageA(listing, WM_COMMAND, MAKEWPARAM(id, 0), 0);
+static void OnLicence(HWND, int id) {
+    LogStatus("%s", FrameCommandLogLine(id));
+    if (!ShellOpen(licenceDocPath, nullptr))
+        ErrorBox("Failed to open licence file \"EULA.rtf\".");
 }
 
-// The commands whose dialog or file work is not part of the frame log their
-// line here as they start.
-static void LogCommand(int id) {
-    const char* line = FrameCommandLogLine(id);
-    if (line != nullptr) LogStatus("%s", line);
+static void OnWebsite(HWND, int id) {
+    LogStatus("%s", FrameCommandLogLine(id));
+    if (ShellOpen(MAKER_WEB_ADDRESS, nullptr)) return;
+    char text[512];
+    FormatWebsiteError(text, sizeof text);
+    ErrorBox(text);
 }
+
+static void OnHelp(HWND, int) { RunHelpAction(); }
+
+// ---- Dispatch -------------------------------------------------------------------------
+
+struct FrameHandler {
+    int id;
+    void (*run)(HWND frame, int id);  // null: nothing to do here
+};
+
+#define CORE(handler) nullptr
+#define FRAME(handler) handler
+#define ROW(id, enabled, checkFlag, logLine, handler) {id, handler},
+static const FrameHandler FrameHandlers[] = {FRAME_COMMANDS(ROW)};
+#undef ROW
+#undef FRAME
+#undef CORE
 
 LRESULT OnFrameCommand(HWND frame, int id, HWND, UINT) {
     if (id < FirstFrameCommand || id > LastFrameCommand) return 0;
     if (RunCoreFrameCommand(id)) return 1;
-    switch (id) {
-    case IDM_FILE_EXIT: PostMessageA(frame, WM_CLOSE, 0, 0); break;
-    case IDM_FILE_OPEN: FileOpen(); break;
-    case IDM_FILE_SAVE: FileSave(); break;
-    case IDM_FILE_SAVE_AS: FileSaveAs(); break;
-    case IDM_FILE_CLOSE: FileClose(); break;
-    case IDM_FILE_PREFERENCES:
-    case IDM_RECORD_MANUAL_READING:
-    case IDM_RECORD_SETTINGS:
-    case IDM_RECORD_CALIBRATION:
-    case IDM_CONFIG_DISPLAY:
-    case IDM_CONFIG_PORT:
-    case IDM_CONFIG_GPS:
-    case IDM_CONFIG_GPS_DIFF:
-    case IDM_CONFIG_AR3000A:
-    case IDM_CONFIG_TZR4100: LogCommand(id); break;
-    case IDM_RECORD_ADD_TAG: break;
-    case IDM_FILE_MAKE_LISTING:
-    case IDM_FILE_PRINT_LISTING:
-    case IDM_FILE_PRINT_PLOT:
-        if (RecordsReadyForOutput()) LogCommand(id);
-        break;
-    case IDM_RECORD_FILTER:
-    case IDM_RECORD_STATISTICS: HandToListing(id); break;
-    case IDM_WINDOW_CASCADE: OnArrange(WM_MDICASCADE, 0, id); break;
-    case IDM_WINDOW_TILE_HORIZONTAL: OnArrange(WM_MDITILE, MDITILE_HORIZONTAL, id); break;
-    case IDM_WINDOW_TILE_VERTICAL: OnArrange(WM_MDITILE, MDITILE_VERTICAL, id); break;
-    case IDM_WINDOW_ARRANGE: OnArrange(WM_MDIICONARRANGE, 0, id); break;
-    case IDM_WINDOW_SHOW_LISTING: OnShowWindow(WINDOW_LISTING); break;
-    case IDM_WINDOW_SHOW_PLOT: OnShowWindow(WINDOW_PLOT); break;
-    case IDM_WINDOW_SHOW_CHART: OnShowWindow(WINDOW_CHART); break;
-    case IDM_WINDOW_SHOW_TAGS: OnShowWindow(WINDOW_TAGS); break;
-    case IDM_HELP_ABOUT: OnAbout(); break;
-    case IDM_HELP_LICENCE: OnLicence(); break;
-    case IDM_HELP_WEBSITE: OnWebsite(); break;
-    case IDM_HELP_HELP: RunHelpAction(); break;
-    default: return 0;
+    for (const FrameHandler& row : FrameHandlers) {
+        if (row.id != id) continue;
+        if (row.run != nullptr) row.run(frame, id);
+        return 1;
     }
-    return 1;
+    return 0;
 }
 
 void UpdateMenuState() {

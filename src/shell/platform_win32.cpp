@@ -6,14 +6,13 @@
 #include <time.h>
 
 #include "link/serial_port_win32.h"
+#include "base/local_time.h"
 #include "base/platform.h"
 #include "views/view_areas.h"
 #include "shell/shell_win32.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 
 ShellState shell;
-
-static volatile LONG busyCount;
 
 void SetPlatformWindow(int window, HWND hwnd) {
     if (window >= 0 && window < WINDOW_COUNT) shell.windows[window] = hwnd;
@@ -143,14 +142,7 @@ int PlatformLocalTime(uint32_t seconds, LocalTime* out) {
     __time32_t value = (__time32_t)seconds;
     struct tm parts;
     if (_localtime32_s(&parts, &value) != 0) return 0;
-    out->year = parts.tm_year + 1900;
-    out->month = parts.tm_mon + 1;
-    out->day = parts.tm_mday;
-    out->hour = parts.tm_hour;
-    out->minute = parts.tm_min;
-    out->second = parts.tm_sec;
-    out->weekday = parts.tm_wday;
-    return 1;
+    return LocalTimeFromTm(&parts, out);
 }
 
 // ---- Busy cursor -------------------------------------------------------------------------
@@ -164,19 +156,12 @@ static int MouseOverFrame() {
 }
 
 void ShowBusyCursor() {
-    SetCursor(LoadCursorA(nullptr, busyCount < 1 ? IDC_ARROW : IDC_WAIT));
+    SetCursor(LoadCursorA(nullptr, BusyCount() < 1 ? IDC_ARROW : IDC_WAIT));
 }
 
-void BeginBusy() {
-    if (InterlockedIncrement(&busyCount) == 1 && MouseOverFrame()) ShowBusyCursor();
+void PlatformBusyChanged(int) {
+    if (MouseOverFrame()) ShowBusyCursor();
 }
-
-void EndBusy() {
-    if (busyCount < 1) return;
-    if (InterlockedDecrement(&busyCount) == 0 && MouseOverFrame()) ShowBusyCursor();
-}
-
-int BusyCount() { return (int)busyCount; }
 
 // ---- File chooser ------------------------------------------------------------------------
 

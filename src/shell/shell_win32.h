@@ -49,6 +49,10 @@ void CentreDialog(HWND window);
 // Opens the help document; the Help menu and every dialog's Help button.
 void RunHelpAction();
 
+// The frame window's procedure (frame_window_win32.cpp); start-up registers
+// its class and creates the frame.
+LRESULT CALLBACK FrameWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
 // The frame's menu: WM_COMMAND dispatch and WM_INITMENUPOPUP.
 LRESULT OnFrameCommand(HWND frame, int id, HWND control, UINT notify);
 void UpdateMenuState();

@@ -5,8 +5,7 @@
 
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
-#include "resources/resource_ids.h"
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
 #include "base/platform.h"
 #include "storage/colours_file.h"
 #include "storage/settings_file.h"
@@ -117,10 +116,4 @@ void WriteExitSettings(const FrameExitState& frame) {
     WriteSettingInt(KeyMainOriginY, frame.place.y);
     WriteSettingInt(KeyMainWidth, frame.place.width);
     WriteSettingInt(KeyMainHeight, frame.place.height);
-}
-
-void AskToSave() {
-    if (!(statusFlags & STATUS_CHANGED)) return;
-    if (PlatformAskYesNo("Current data has changed\nSave data ?"))
-        PlatformFrameCommand(IDM_FILE_SAVE);
 }

@@ -44,8 +44,4 @@ struct FrameExitState {
 // windows that exist now, the chart and plot channels, and the frame's state.
 void WriteExitSettings(const FrameExitState& frame);
 
-// If the data have changed, asks "Current data has changed\nSave data ?" and
-// on Yes performs File > Save. The answer never cancels anything.
-void AskToSave();
-
 #endif

@@ -1,14 +1,8 @@
-// The operator's status line (pane 0 of the status bar).
+// LogStatus moved to base/status_log.h; this name stays for code that still
+// includes it.
 #ifndef VELDOR_SHELL_STATUS_LOG_H
 #define VELDOR_SHELL_STATUS_LOG_H
 
-constexpr int StatusLineSize = 256;
-
-// printf-style; the text is cut to 255 characters. Callable from any thread.
-void LogStatus(const char* format, ...)
-#if defined(__GNUC__)
-    __attribute__((format(printf, 1, 2)))
-#endif
-    ;
+#include "base/status_log.h"
 
 #endif

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
 #include "survey/survey_state.h"

@@ -4,7 +4,7 @@
 #include <string.h>
 
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"
 

@@ -3,7 +3,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
 #include "base/platform.h"
 
 int ReadSetting(const IntSetting& setting) {

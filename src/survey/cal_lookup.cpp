@@ -4,7 +4,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
 #include "base/platform.h"
 #include "storage/cal_file.h"
 #include "storage/settings_file.h"

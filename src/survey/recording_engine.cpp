@@ -5,11 +5,10 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "link/controller_messages.h"
 #include "link/frame_codec.h"
 #include "resources/resource_ids.h"
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"
 #include "views/display_format.h"
@@ -130,7 +129,7 @@ double DistanceFromLastRecord() {
     return sqrt(x * x + y * y);
 }
 
-static void ShowStoreGauge() {
+void ShowStoreGauge() {
     if (recordCount > 0) {
         float percent = (float)recordCount / 16000.0f;
         percent = percent * 100.0f;
@@ -142,7 +141,7 @@ static void ShowStoreGauge() {
     }
 }
 
-static void RecordByTime() {
+void RecordByTime() {
     recordTicks--;
     if (recordTicks > 0) return;
     if (AddRecord(RECORD_KIND_LIVE) != 1) return;
@@ -154,7 +153,7 @@ static void RecordByTime() {
     }
 }
 
-static void RecordByDistance() {
+void RecordByDistance() {
     if (recordCount < 1) {
         AddRecord(RECORD_KIND_LIVE);
         return;
@@ -163,7 +162,7 @@ static void RecordByDistance() {
     if (!((double)recordIntervalMeters > d)) AddRecord(RECORD_KIND_LIVE);
 }
 
-static void AutosaveTick() {
+void AutosaveTick() {
     if (!(statusFlags & STATUS_AUTOSAVE)) return;
     autosaveTicks--;
     if (autosaveTicks > 0) return;
@@ -175,14 +174,4 @@ static void AutosaveTick() {
     PlatformFrameCommand(IDM_FILE_SAVE);
     statusFlags |= STATUS_AUTOSAVE;
     autosaveTicks = autosaveMinutes * 60;
-}
-
-void Tick(int timerId) {
-    if (timerId != 1) return;
-    ShowStoreGauge();
-    LinkTick();
-    if (!(statusFlags & STATUS_RECORDING)) return;
-    if (statusFlags & STATUS_DISTANCE_INTERVAL) RecordByDistance();
-    else RecordByTime();
-    AutosaveTick();
 }

@@ -5,7 +5,7 @@
 
 #include "survey/recording_engine.h"
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/settings_file.h"
 #include "resources/resource_ids.h"
 
@@ -175,6 +175,15 @@ void SnapshotRecordingParams() {
         ReadSetting(KeyCalibrationFile[c], recordingParams.calFileName[c], PathSize);
 }
 
+int AskSaveQuestion() {
+    if (!(statusFlags & STATUS_CHANGED)) return 0;
+    return PlatformAskYesNo("Current data has changed\nSave data ?");
+}
+
+void AskToSave() {
+    if (AskSaveQuestion()) PlatformFrameCommand(IDM_FILE_SAVE);
+}
+
 void ClearRecords() {
     if (recordCount < 1) {
         LogStatus("Nothing to clear");
@@ -184,8 +193,7 @@ void ClearRecords() {
         LogStatus("Can not clear while recording");
         return;
     }
-    if ((statusFlags & STATUS_CHANGED) && PlatformAskYesNo("Current data has changed\nSave data ?"))
-        PlatformFrameCommand(IDM_FILE_SAVE);
+    AskToSave();
     recordCount = 0;
     statusFlags &= ~STATUS_CHANGED;
     tagCount = 0;

@@ -132,6 +132,14 @@ void UpdatePositionHistory();
 // Takes RecordingParams from the settings in force.
 void SnapshotRecordingParams();
 
+// When the data have changed, asks "Current data has changed\nSave data ?"
+// (Yes and No); 1 for Yes, 0 for No or unchanged data. Saves nothing.
+int AskSaveQuestion();
+// Asks to save: on Yes performs File > Save through the frame. The answer
+// never cancels anything. File > Open and File > Close, which already run as
+// frame commands, ask with AskSaveQuestion and call the save themselves.
+void AskToSave();
+
 // Record > Clear.
 void ClearRecords();
 

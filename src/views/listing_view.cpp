@@ -6,7 +6,7 @@
 
 #include "base/platform.h"
 #include "resources/resource_ids.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "survey/survey_state.h"
 #include "views/chart_view.h"
 #include "views/display_format.h"

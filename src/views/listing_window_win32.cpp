@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <windowsx.h>
 
+#include "dialogs/filter_box_win32.h"
 #include "resources/resource_ids.h"
 #include "shell/shell_win32.h"
 #include "survey/survey_state.h"
@@ -130,8 +131,7 @@ static void OnCommand(HWND hwnd, int id) {
         break;
     }
     case LISTING_COMMAND_FILTER_DIALOG:
-        // FilterBox is not among the resources yet; on OK it is to end with
-        // ListingFinish().
+        if (RunFilterBox(hwnd)) ListingFinish();
         break;
     default: break;
     }

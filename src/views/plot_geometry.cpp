@@ -3,7 +3,7 @@
 #include <stdio.h>
 
 #include "base/platform.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 

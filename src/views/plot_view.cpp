@@ -4,7 +4,7 @@
 
 #include "base/platform.h"
 #include "resources/resource_ids.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "storage/colours_file.h"
 #include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"

@@ -6,7 +6,7 @@
 
 #include "resources/resource_ids.h"
 #include "shell/shell_win32.h"
-#include "shell/status_log.h"
+#include "base/status_log.h"
 #include "views/child_windows_win32.h"
 #include "views/draw_list_win32.h"
 #include "views/plot_geometry.h"

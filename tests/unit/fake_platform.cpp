@@ -9,7 +9,8 @@
 
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
+#include "base/local_time.h"
 #include "base/platform.h"
 #include "storage/ini_file.h"
 #include "views/plot_geometry.h"
@@ -38,6 +39,7 @@ static std::string TempFolder() {
 void ResetFakeWorld() {
     static std::atomic<int> serial{0};
     fake = FakePlatform();
+    ResetBusy();
     ResetSurveyState();
     ResetRecordingEngine();
     ResetCalibration();
@@ -228,21 +230,10 @@ int PlatformLocalTime(uint32_t seconds, LocalTime* out) {
 #else
     if (gmtime_r(&t, &parts) == nullptr) return 0;
 #endif
-    out->year = parts.tm_year + 1900;
-    out->month = parts.tm_mon + 1;
-    out->day = parts.tm_mday;
-    out->hour = parts.tm_hour;
-    out->minute = parts.tm_min;
-    out->second = parts.tm_sec;
-    out->weekday = parts.tm_wday;
-    return 1;
+    return LocalTimeFromTm(&parts, out);
 }
 
-void BeginBusy() { fake.busy++; }
-void EndBusy() {
-    if (fake.busy > 0) fake.busy--;
-}
-int BusyCount() { return fake.busy; }
+void PlatformBusyChanged(int busyCount) { fake.busy = busyCount; }
 
 int ChooseFile(char* path, int size, int mode) {
     fake.chooseModes.push_back(mode);

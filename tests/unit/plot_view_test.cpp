@@ -27,6 +27,7 @@ struct PlotViewTest : ::testing::Test {
         plotView.scale = 1;
         plotChannel = 0;
         dotSize = 5;
+        powerBreak[0] = 80.0f, powerBreak[1] = 60.0f, powerBreak[2] = 40.0f;
         plotLocationRecord = -1;
         pixels.assign(198 * 115, 0);
     }

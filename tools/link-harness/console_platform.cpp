@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "console_platform.h"
+#include "base/local_time.h"
 #include "base/platform.h"
 #include "storage/ini_file.h"
 
@@ -55,22 +56,10 @@ int PlatformLocalTime(uint32_t seconds, LocalTime* out) {
     time_t t = (time_t)seconds;
     struct tm parts;
     if (out == nullptr || localtime_r(&t, &parts) == nullptr) return 0;
-    out->year = parts.tm_year + 1900;
-    out->month = parts.tm_mon + 1;
-    out->day = parts.tm_mday;
-    out->hour = parts.tm_hour;
-    out->minute = parts.tm_min;
-    out->second = parts.tm_sec;
-    out->weekday = parts.tm_wday;
-    return 1;
+    return LocalTimeFromTm(&parts, out);
 }
 
-static int busy;
-void BeginBusy() { busy++; }
-void EndBusy() {
-    if (busy > 0) busy--;
-}
-int BusyCount() { return busy; }
+void PlatformBusyChanged(int) {}
 
 int ChooseFile(char* path, int size, int) {
     if (size > 0) path[0] = '\0';

@@ -17,8 +17,9 @@
 #include "link/accessory_modes.h"
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
-#include "shell/app_paths.h"
-#include "shell/status_log.h"
+#include "base/app_paths.h"
+#include "base/status_log.h"
+#include "shell/tick.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 

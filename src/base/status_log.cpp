@@ -1,4 +1,4 @@
-#include "shell/status_log.h"
+#include "base/status_log.h"
 
 #include <stdarg.h>
 #include <stdio.h>

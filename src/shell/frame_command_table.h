@@ -1,0 +1,73 @@
+// The frame's menu commands: one row each, in menu order. A new command is
+// one more row here.
+//
+//   X(id, enabled when, check mark, status line, handler)
+//
+// - enabled when: the EnableRule that MenuItemEnabled evaluates;
+// - check mark: the statusFlags bit that puts a check on the item, or 0;
+// - status line: what the command writes with LogStatus (FrameCommandLogLine),
+//   or nullptr for one that writes none of its own;
+// - handler: CORE(f) for a portable f(int id) that RunCoreFrameCommand runs,
+//   FRAME(f) for an f(HWND frame, int id) of the Windows front end
+//   (frame_commands_win32.cpp), FRAME(nullptr) for a command that does
+//   nothing yet.
+//
+// Each file that expands the table defines CORE and FRAME first, so that it
+// sees only the handlers that it can reach.
+#ifndef VELDOR_SHELL_FRAME_COMMAND_TABLE_H
+#define VELDOR_SHELL_FRAME_COMMAND_TABLE_H
+
+#include "resources/resource_ids.h"
+#include "shell/frame_commands.h"
+#include "survey/survey_state.h"
+
+// clang-format off
+#define FRAME_COMMANDS(X)                                                                          \
+    X(IDM_FILE_OPEN, ENABLE_IDLE, 0, "Select data file to open...", FRAME(OnFileOpen))             \
+    X(IDM_FILE_SAVE, ENABLE_SAVE, 0, nullptr, FRAME(OnFileSave))                                   \
+    X(IDM_FILE_SAVE_AS, ENABLE_IDLE, 0, "Select filename for data file...", FRAME(OnFileSaveAs))   \
+    X(IDM_FILE_CLOSE, ENABLE_FILE_NAMED, 0, "File closed", FRAME(OnFileClose))                     \
+    X(IDM_FILE_PREFERENCES, ENABLE_ALWAYS, 0, "Set preferences", FRAME(LogCommand))                \
+    X(IDM_FILE_MAKE_LISTING, ENABLE_RECORDS_READY, 0, "Creating list file", FRAME(OnMakeListing))  \
+    X(IDM_FILE_PRINT_LISTING, ENABLE_RECORDS_READY, 0, "Print listing", FRAME(LogIfReady))         \
+    X(IDM_FILE_PRINT_PLOT, ENABLE_RECORDS_READY, 0, "Print plot", FRAME(LogIfReady))               \
+    X(IDM_FILE_EXIT, ENABLE_ALWAYS, 0, nullptr, FRAME(OnExit))                                     \
+    X(IDM_RECORD_START, ENABLE_IDLE, 0, nullptr, CORE(OnRecordStart))                              \
+    X(IDM_RECORD_STOP, ENABLE_RECORDING, 0, nullptr, CORE(OnRecordStop))                           \
+    X(IDM_RECORD_TAKE_READING, ENABLE_IDLE, 0, nullptr, CORE(OnTakeReading))                       \
+    X(IDM_RECORD_MANUAL_READING, ENABLE_ALWAYS, 0, "Take manual reading", FRAME(LogCommand))       \
+    X(IDM_RECORD_ADD_TAG, ENABLE_ALWAYS, 0, nullptr, FRAME(nullptr))                               \
+    X(IDM_RECORD_CLEAR, ENABLE_RECORDS_READY, 0, nullptr, CORE(OnClearRecords))                    \
+    X(IDM_RECORD_FILTER, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))                   \
+    X(IDM_RECORD_STATISTICS, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))               \
+    X(IDM_RECORD_SETTINGS, ENABLE_IDLE, 0, "Configure record settings", FRAME(LogCommand))         \
+    X(IDM_RECORD_CALIBRATION, ENABLE_IDLE, 0, "Calibration", FRAME(LogCommand))                    \
+    X(IDM_RECORD_CALTEXT_1, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
+    X(IDM_RECORD_CALTEXT_2, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
+    X(IDM_RECORD_CALTEXT_3, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
+    X(IDM_RECORD_CALTEXT_4, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
+    X(IDM_CONFIG_DISPLAY, ENABLE_ALWAYS, 0, "Configure display", FRAME(LogCommand))                \
+    X(IDM_CONFIG_PORT, ENABLE_IDLE, 0, "Configure ports", FRAME(LogCommand))                       \
+    X(IDM_CONFIG_GPS, ENABLE_IDLE, 0, "Configure GPS", FRAME(LogCommand))                          \
+    X(IDM_CONFIG_GPS_DIFF, ENABLE_IDLE, STATUS_GPS_DIFF_MODE, "Configure differential GPS input",  \
+      FRAME(LogCommand))                                                                           \
+    X(IDM_CONFIG_AR3000A, ENABLE_IDLE, STATUS_AR3000A_MODE, "Configure AR3000A",                   \
+      FRAME(LogCommand))                                                                           \
+    X(IDM_CONFIG_TZR4100, ENABLE_IDLE, STATUS_TZR_MODE, "Configure TZR4100", FRAME(LogCommand))    \
+    X(IDM_CONFIG_RESET_CONTROLLER, ENABLE_IDLE, 0, "Reset sent to controller",                     \
+      CORE(OnResetController))                                                                     \
+    X(IDM_WINDOW_CASCADE, ENABLE_ALWAYS, 0, "Windows cascaded", FRAME(OnCascade))                  \
+    X(IDM_WINDOW_TILE_HORIZONTAL, ENABLE_ALWAYS, 0, "Windows tiled", FRAME(OnTileHorizontal))      \
+    X(IDM_WINDOW_TILE_VERTICAL, ENABLE_ALWAYS, 0, "Windows tiled", FRAME(OnTileVertical))          \
+    X(IDM_WINDOW_ARRANGE, ENABLE_ALWAYS, 0, "Icons arranged", FRAME(OnArrangeIcons))               \
+    X(IDM_WINDOW_SHOW_LISTING, ENABLE_ALWAYS, 0, "%s window opened", FRAME(OnShowListing))         \
+    X(IDM_WINDOW_SHOW_PLOT, ENABLE_ALWAYS, 0, "%s window opened", FRAME(OnShowPlot))               \
+    X(IDM_WINDOW_SHOW_CHART, ENABLE_ALWAYS, 0, "%s window opened", FRAME(OnShowChart))             \
+    X(IDM_WINDOW_SHOW_TAGS, ENABLE_ALWAYS, 0, "%s window opened", FRAME(OnShowTags))               \
+    X(IDM_HELP_ABOUT, ENABLE_ALWAYS, 0, "About...", FRAME(OnAbout))                                \
+    X(IDM_HELP_LICENCE, ENABLE_ALWAYS, 0, "View licence", FRAME(OnLicence))                        \
+    X(IDM_HELP_WEBSITE, ENABLE_ALWAYS, 0, "View website", FRAME(OnWebsite))                        \
+    X(IDM_HELP_HELP, ENABLE_ALWAYS, 0, "View help", FRAME(OnHelp))
+// clang-format on
+
+#endif
