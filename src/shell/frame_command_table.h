@@ -48,7 +48,7 @@
     X(IDM_RECORD_CALTEXT_4, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_CONFIG_DISPLAY, ENABLE_ALWAYS, 0, "Configure display", FRAME(LogCommand))                \
     X(IDM_CONFIG_PORT, ENABLE_IDLE, 0, "Configure ports", FRAME(LogCommand))                       \
-    X(IDM_CONFIG_GPS, ENABLE_IDLE, 0, "Configure GPS", FRAME(LogCommand))                          \
+    X(IDM_CONFIG_GPS, ENABLE_IDLE, 0, "Configure GPS", FRAME(OnGps))                               \
     X(IDM_CONFIG_GPS_DIFF, ENABLE_IDLE, STATUS_GPS_DIFF_MODE, "Configure differential GPS input",  \
       FRAME(LogCommand))                                                                           \
     X(IDM_CONFIG_AR3000A, ENABLE_IDLE, STATUS_AR3000A_MODE, "Configure AR3000A",                   \

@@ -12,6 +12,7 @@
 #include "shell/shell_win32.h"
 #include "shell/startup.h"
 #include "base/status_log.h"
+#include "dialogs/gps_box_win32.h"
 #include "dialogs/make_file_box_win32.h"
 #include "survey/survey_state.h"
 
@@ -68,6 +69,11 @@ static void OnMakeListing(HWND frame, int id) {
     if (!RecordsReadyForOutput()) return;
     LogCommand(frame, id);
     OnCreateListingFile(frame);
+}
+
+static void OnGps(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnConfigureGps(frame);
 }
 
 // Commands that hand over to the Listing window do nothing without it.

@@ -45,7 +45,7 @@ const UINT AnswerTimeoutMs = 5000;
 const int TextSize = 512;
 const int MaxChildren = 16;
 const int MaxWindows = 16;
-const int MaxControls = 24;
+const int MaxControls = 48;
 const int MaxConditions = 16;
 
 struct Control {
@@ -136,7 +136,12 @@ BOOL CALLBACK AddControl(HWND hwnd, LPARAM param) {
     GetClassNameA(hwnd, control.className, sizeof control.className);
     control.id = GetDlgCtrlID(hwnd);
     char raw[TextSize] = "";
-    GetWindowTextA(hwnd, raw, sizeof raw);
+    // An edit of another process keeps its text to itself: ask for it.
+    DWORD_PTR ignored = 0;
+    if (strcmp(control.className, "Edit") != 0 ||
+        !SendMessageTimeoutA(hwnd, WM_GETTEXT, sizeof raw, (LPARAM)raw, SMTO_ABORTIFHUNG,
+                             AnswerTimeoutMs, &ignored))
+        GetWindowTextA(hwnd, raw, sizeof raw);
     Escape(raw, control.text, sizeof control.text);
     return TRUE;
 }
