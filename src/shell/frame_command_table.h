@@ -35,8 +35,8 @@
     X(IDM_RECORD_START, ENABLE_IDLE, 0, nullptr, CORE(OnRecordStart))                              \
     X(IDM_RECORD_STOP, ENABLE_RECORDING, 0, nullptr, CORE(OnRecordStop))                           \
     X(IDM_RECORD_TAKE_READING, ENABLE_IDLE, 0, nullptr, CORE(OnTakeReading))                       \
-    X(IDM_RECORD_MANUAL_READING, ENABLE_ALWAYS, 0, "Take manual reading", FRAME(LogCommand))       \
-    X(IDM_RECORD_ADD_TAG, ENABLE_ALWAYS, 0, nullptr, FRAME(nullptr))                               \
+    X(IDM_RECORD_MANUAL_READING, ENABLE_ALWAYS, 0, "Take manual reading", FRAME(OnManualReading))    \
+    X(IDM_RECORD_ADD_TAG, ENABLE_ALWAYS, 0, nullptr, FRAME(OnAddTag))                              \
     X(IDM_RECORD_CLEAR, ENABLE_RECORDS_READY, 0, nullptr, CORE(OnClearRecords))                    \
     X(IDM_RECORD_FILTER, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))                   \
     X(IDM_RECORD_STATISTICS, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))               \

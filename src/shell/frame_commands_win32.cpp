@@ -14,6 +14,7 @@
 #include "base/status_log.h"
 #include "dialogs/gps_box_win32.h"
 #include "dialogs/make_file_box_win32.h"
+#include "dialogs/tag_dialogs_win32.h"
 #include "survey/survey_state.h"
 
 void CentreDialog(HWND window) {
@@ -70,6 +71,13 @@ static void OnMakeListing(HWND frame, int id) {
     LogCommand(frame, id);
     OnCreateListingFile(frame);
 }
+
+static void OnManualReading(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnTakeManualReading(frame);
+}
+
+static void OnAddTag(HWND frame, int) { OnAddTextTag(frame); }
 
 static void OnGps(HWND frame, int id) {
     LogCommand(frame, id);

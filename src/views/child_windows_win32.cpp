@@ -154,7 +154,3 @@ LRESULT ViewWindowDefault(int window, HWND hwnd, UINT message, WPARAM wParam,
     }
     return DefMDIChildProcA(hwnd, message, wParam, lParam);
 }
-
-LRESULT CALLBACK TagsWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    return ViewWindowDefault(WINDOW_TAGS, hwnd, message, wParam, lParam);
-}
