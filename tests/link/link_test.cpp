@@ -16,6 +16,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -68,8 +69,9 @@ protected:
     void Start(std::vector<std::string> options) {
         const char* exe = getenv("CONTROLLER_SIM");
         ASSERT_NE(nullptr, exe) << "CONTROLLER_SIM is not set";
-        std::vector<std::string> args = {exe, "--link", ptyPath, "--log", logPath,
-                                         "--period-ms", "100", "--duration", "60", "--seed", "7"};
+        std::vector<std::string> args = {exe,     "--link",      ptyPath, "--log",
+                                         logPath, "--period-ms", "100",   "--duration",
+                                         "60",    "--seed",      "7"};
         args.insert(args.end(), options.begin(), options.end());
         std::vector<char*> argv;
         for (std::string& a : args) argv.push_back(&a[0]);
@@ -98,35 +100,27 @@ protected:
             struct pollfd p = {fd, POLLIN, 0};
             if (poll(&p, 1, (int)left) <= 0) continue;
             ssize_t n = read(fd, piece, 1024);
-            if (n > 0) ReceiveBytes(piece, (int)n);
-            else if (n < 0 && errno != EAGAIN) usleep(1000);
+            if (n > 0)
+                ReceiveBytes(piece, (int)n);
+            else if (n < 0 && errno != EAGAIN)
+                usleep(1000);
         }
-    }
-
-    std::vector<std::string> SimLog() {
-        std::vector<std::string> lines;
-        std::ifstream in(logPath);
-        std::string line;
-        while (std::getline(in, line)) lines.push_back(line);
-        return lines;
     }
 
     // How many logged lines have the given direction and text, e.g. "RX", "OP 1".
     int SimLogged(const std::string& direction, const std::string& text) {
         int n = 0;
-        for (const std::string& line : SimLog()) {
+        std::ifstream in(logPath);
+        for (std::string line; std::getline(in, line);) {
             size_t space = line.find(' ');
-            if (space == std::string::npos) continue;
-            if (line.compare(space + 1, std::string::npos, direction + " " + text) == 0) n++;
+            n += space != std::string::npos && line.substr(space + 1) == direction + " " + text;
         }
         return n;
     }
 
     int Sent(const std::string& body) {
-        int n = 0;
-        for (const std::string& f : FramesSent())
-            if (f == body) n++;
-        return n;
+        std::vector<std::string> frames = FramesSent();
+        return (int)std::count(frames.begin(), frames.end(), body);
     }
 };
 

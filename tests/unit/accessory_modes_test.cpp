@@ -15,11 +15,7 @@ protected:
         ResetFakeWorld();
         fake.portOpen = true;
     }
-    static std::string Setting(const IntSetting& s) {
-        char text[32];
-        ProfileGetString(s.section, s.key, "<absent>", text, sizeof text, fake.settingsFile.c_str());
-        return text;
-    }
+    static std::string Setting(const IntSetting& s) { return StoredSetting(s.section, s.key); }
 };
 
 TEST_F(AccessoryModes, EmptySettingsTurnTzrOnAtPortOpen) {

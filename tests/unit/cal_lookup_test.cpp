@@ -11,30 +11,16 @@
 #include "fake_platform.h"
 #include "shell/app_paths.h"
 #include "storage/settings_file.h"
+#include "views/display_format.h"
 
 #ifdef _WIN32
 #include <direct.h>
-#include <process.h>
-#define getpid _getpid
-#else
-#include <unistd.h>
 #endif
 
 namespace {
 
-uint32_t Bits(float value) { return FloatBits(value); }
-
-float FromBits(uint32_t bits) {
-    float value;
-    memcpy(&value, &bits, sizeof value);
-    return value;
-}
-
-// The name that status lines show without STATUS_FULL_PATH: what follows the
-// last "\" (temporary paths have some under Windows).
-std::string Shown(const std::string& path) {
-    size_t slash = path.rfind('\\');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
+uint32_t Bits(float value) {
+    return FloatBits(value);
 }
 
 void SetCurve(int channel, const std::vector<std::pair<int, float>>& points) {
@@ -61,275 +47,190 @@ float Interpolate(int i, int prevIndex, float prevValue, int p, float v) {
     return sum;
 }
 
+// Entries first..last of a lookup: one value, or the line from entry `from`
+// (value a) towards entry `to` (value b).
+struct Span {
+    int first, last, from;
+    float a;
+    int to;
+    float b;
+};
+Span Flat(int first, int last, float value) {
+    return {first, last, 0, value, 0, value};
+}
+Span Line(int first, int last, int from, float a, int to, float b) {
+    return {first, last, from, a, to, b};
+}
+
 class CalLookup : public testing::Test {
 protected:
     void SetUp() override {
         ResetFakeWorld();
         ResetCalibration();
     }
+    static void ExpectDefaultCurve(int channel) {
+        EXPECT_EQ(CalTable[channel].count, 2);
+        EXPECT_EQ(CalTable[channel].points[0].power, 0);
+        EXPECT_EQ(CalTable[channel].points[0].value, 0.0f);
+        EXPECT_EQ(CalTable[channel].points[1].power, 255);
+        EXPECT_EQ(CalTable[channel].points[1].value, 100.0f);
+        const float* e = ChannelLookup[channel];
+        EXPECT_EQ(Bits(e[0]), 0u);
+        EXPECT_EQ(Bits(e[1]), 0x3EC8C8CAu);
+        EXPECT_EQ(Bits(e[127]), 0x42473737u);
+        EXPECT_EQ(Bits(e[128]), 0x4248C8CAu);
+        EXPECT_EQ(Bits(e[254]), 0x42C73737u);
+        EXPECT_EQ(e[255], 100.0f);
+    }
 };
 
 // ---- BuildChannelLookup ----------------------------------------------------------
 
-TEST_F(CalLookup, DefaultCurveHasTheBitsOfTheSpec) {
-    SetCurve(0, {{0, 0.0f}, {255, 100.0f}});
-    BuildChannelLookup(0);
-    const float* e = ChannelLookup[0];
-    EXPECT_EQ(Bits(e[0]), 0x00000000u);
-    EXPECT_EQ(Bits(e[1]), 0x3EC8C8CAu);
-    EXPECT_EQ(Bits(e[127]), 0x42473737u);
-    EXPECT_EQ(Bits(e[128]), 0x4248C8CAu);
-    EXPECT_EQ(Bits(e[254]), 0x42C73737u);
-    EXPECT_EQ(Bits(e[255]), Bits(100.0f));
-    EXPECT_EQ(Bits(e[255]), 0x42C80000u);
-    for (int i = 1; i < 255; i++)
-        EXPECT_EQ(Bits(e[i]), Bits(Interpolate(i, 0, 0.0f, 255, 100.0f))) << "entry " << i;
+TEST_F(CalLookup, CurvesGiveTheirEntriesBitForBit) {
+    const float odd = 1.23456788f;
+    const struct {
+        int channel;
+        std::vector<std::pair<int, float>> points;
+        std::vector<Span> spans;
+        std::vector<std::pair<int, uint32_t>> bits;  // known values of some entries
+    } cases[] = {
+        {0,
+         {{0, 0.0f}, {255, 100.0f}},
+         {Line(0, 254, 0, 0.0f, 255, 100.0f), Flat(255, 255, 100.0f)},
+         {{0, 0x00000000u},
+          {1, 0x3EC8C8CAu},
+          {127, 0x42473737u},
+          {128, 0x4248C8CAu},
+          {254, 0x42C73737u},
+          {255, 0x42C80000u}}},
+        {1,
+         {{10, 5.0f}, {20, 15.0f}},
+         {Flat(0, 10, 5.0f), Line(11, 19, 10, 5.0f, 20, 15.0f), Flat(20, 255, 15.0f)},
+         {{11, 0x40C00000u}, {15, 0x41200000u}, {19, 0x41600000u}, {20, 0x41700000u}}},
+        {2, {{100, 7.5f}}, {Flat(0, 255, 7.5f)}, {}},
+        // A point's own entry holds its value, not the formula's.
+        {0,
+         {{3, 0.1f}, {77, odd}, {201, -1e-7f}},
+         {Flat(0, 3, 0.1f), Line(4, 76, 3, 0.1f, 77, odd), Flat(77, 77, odd),
+          Line(78, 200, 77, odd, 201, -1e-7f), Flat(201, 255, -1e-7f)},
+         {{77, 0x3F9E0652u}}},
+        {0, {{10, 1.25f}, {11, 9.5f}}, {Flat(0, 10, 1.25f), Flat(11, 255, 9.5f)}, {}},
+        // First at 0 and last at 255: no flat ends; rising then falling, negative.
+        {3,
+         {{0, -20.0f}, {128, 0.0f}, {255, -90.0f}},
+         {Line(0, 127, 0, -20.0f, 128, 0.0f), Flat(128, 128, 0.0f),
+          Line(129, 254, 128, 0.0f, 255, -90.0f), Flat(255, 255, -90.0f)},
+         {}},
+        {0,
+         {{50, 30.0f}, {150, -70.0f}},
+         {Flat(0, 50, 30.0f), Line(51, 149, 50, 30.0f, 150, -70.0f), Flat(150, 255, -70.0f)},
+         {{100, 0xC1A00000u}}},  // -20.0
+        {0, {{20, 3.3f}, {220, 3.3f}}, {Flat(0, 255, 3.3f)}, {}},
+        // Out of order: the point of power 5 goes into the next free entry.
+        {0,
+         {{10, 1.0f}, {5, 2.0f}, {20, 3.0f}},
+         {Flat(0, 10, 1.0f), Flat(11, 11, 2.0f), Line(12, 19, 11, 2.0f, 20, 3.0f),
+          Flat(20, 255, 3.0f)},
+         {}},
+        // A repeated power takes the next entry.
+        {0, {{10, 1.0f}, {10, 2.0f}}, {Flat(0, 10, 1.0f), Flat(11, 255, 2.0f)}, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << "first power " << c.points[0].first << ", channel " << c.channel);
+        SetCurve(c.channel, c.points);
+        BuildChannelLookup(c.channel);
+        const float* e = ChannelLookup[c.channel];
+        for (const Span& s : c.spans) {
+            for (int i = s.first; i <= s.last; i++) {
+                float v = s.from == s.to ? s.a : Interpolate(i, s.from, s.a, s.to, s.b);
+                EXPECT_EQ(Bits(e[i]), Bits(v)) << "entry " << i;
+            }
+        }
+        for (const auto& b : c.bits) EXPECT_EQ(Bits(e[b.first]), b.second) << "entry " << b.first;
+    }
     EXPECT_EQ(fake.busy, 0);
 }
 
-TEST_F(CalLookup, TwoPointCurveIsFlatOutsideAndLinearBetween) {
-    SetCurve(1, {{10, 5.0f}, {20, 15.0f}});
-    BuildChannelLookup(1);
-    const float* e = ChannelLookup[1];
-    for (int i = 0; i <= 10; i++) EXPECT_EQ(Bits(e[i]), Bits(5.0f)) << "entry " << i;
-    EXPECT_EQ(Bits(e[11]), Bits(6.0f));
-    EXPECT_EQ(Bits(e[11]), 0x40C00000u);
-    EXPECT_EQ(Bits(e[15]), Bits(10.0f));
-    EXPECT_EQ(Bits(e[15]), 0x41200000u);
-    EXPECT_EQ(Bits(e[19]), Bits(14.0f));
-    EXPECT_EQ(Bits(e[19]), 0x41600000u);
-    for (int i = 11; i < 20; i++)
-        EXPECT_EQ(Bits(e[i]), Bits(Interpolate(i, 10, 5.0f, 20, 15.0f))) << "entry " << i;
-    for (int i = 20; i <= 255; i++) EXPECT_EQ(Bits(e[i]), 0x41700000u) << "entry " << i;
-}
-
-TEST_F(CalLookup, CountZeroIsTheIdentity) {
+TEST_F(CalLookup, CountZeroIsTheIdentityAndFullTablesAreCopied) {
     // Something else first, so that the identity is really written.
     for (int i = 0; i < 256; i++) ChannelLookup[2][i] = -1.0f;
     CalTable[2].count = 0;
     BuildChannelLookup(2);
     for (int i = 0; i < 256; i++) EXPECT_EQ(Bits(ChannelLookup[2][i]), Bits((float)i)) << i;
-    EXPECT_EQ(ChannelLookup[2][255], 255.0f);  // not 100.0
-    EXPECT_EQ(ChannelLookup[2][7], 7.0f);
     EXPECT_EQ(CalTable[2].count, 0);
-}
 
-TEST_F(CalLookup, OnePointFillsEveryEntry) {
-    SetCurve(0, {{100, 7.5f}});
-    BuildChannelLookup(0);
-    for (int i = 0; i < 256; i++) EXPECT_EQ(Bits(ChannelLookup[0][i]), Bits(7.5f)) << i;
-}
-
-TEST_F(CalLookup, APointsOwnEntryHoldsItsValueBitForBit) {
-    const float odd = FromBits(0x3F9E0652u);  // 1.2345679...
-    SetCurve(0, {{3, 0.1f}, {77, odd}, {201, -1e-7f}});
-    BuildChannelLookup(0);
-    EXPECT_EQ(Bits(ChannelLookup[0][3]), Bits(0.1f));
-    EXPECT_EQ(Bits(ChannelLookup[0][77]), 0x3F9E0652u);
-    EXPECT_EQ(Bits(ChannelLookup[0][201]), Bits(-1e-7f));
-    for (int i = 0; i < 3; i++) EXPECT_EQ(Bits(ChannelLookup[0][i]), Bits(0.1f));
-    for (int i = 202; i < 256; i++) EXPECT_EQ(Bits(ChannelLookup[0][i]), Bits(-1e-7f));
-    for (int i = 4; i < 77; i++)
-        EXPECT_EQ(Bits(ChannelLookup[0][i]), Bits(Interpolate(i, 3, 0.1f, 77, odd))) << i;
-    for (int i = 78; i < 201; i++)
-        EXPECT_EQ(Bits(ChannelLookup[0][i]), Bits(Interpolate(i, 77, odd, 201, -1e-7f))) << i;
-}
-
-TEST_F(CalLookup, NeighbouringPowersHaveNothingBetweenThem) {
-    SetCurve(0, {{10, 1.25f}, {11, 9.5f}});
-    BuildChannelLookup(0);
-    EXPECT_EQ(ChannelLookup[0][9], 1.25f);
-    EXPECT_EQ(ChannelLookup[0][10], 1.25f);
-    EXPECT_EQ(ChannelLookup[0][11], 9.5f);
-    EXPECT_EQ(ChannelLookup[0][12], 9.5f);
-}
-
-TEST_F(CalLookup, FirstAtZeroAndLastAt255HaveNoFlatEnds) {
-    SetCurve(3, {{0, -20.0f}, {128, 0.0f}, {255, -90.0f}});
-    BuildChannelLookup(3);
-    EXPECT_EQ(ChannelLookup[3][0], -20.0f);
-    EXPECT_EQ(ChannelLookup[3][128], 0.0f);
-    EXPECT_EQ(ChannelLookup[3][255], -90.0f);
-    // Rising then falling, through negative values.
-    EXPECT_EQ(Bits(ChannelLookup[3][64]), Bits(Interpolate(64, 0, -20.0f, 128, 0.0f)));
-    EXPECT_EQ(Bits(ChannelLookup[3][200]), Bits(Interpolate(200, 128, 0.0f, 255, -90.0f)));
-    EXPECT_LT(ChannelLookup[3][200], ChannelLookup[3][199]);
-}
-
-TEST_F(CalLookup, FallingCurveInterpolatesLikeAnyOther) {
-    SetCurve(0, {{50, 30.0f}, {150, -70.0f}});
-    BuildChannelLookup(0);
-    for (int i = 51; i < 150; i++) {
-        EXPECT_EQ(Bits(ChannelLookup[0][i]), Bits(Interpolate(i, 50, 30.0f, 150, -70.0f))) << i;
-        EXPECT_LT(ChannelLookup[0][i], ChannelLookup[0][i - 1]) << i;
+    // 256 points at powers 0 to 255; a count above 256 is cut and stored back.
+    for (int count : {256, 1000}) {
+        CalTable[1].count = count;
+        for (int i = 0; i < 256; i++) CalTable[1].points[i] = {(uint8_t)i, {}, 1000.0f - 3.25f * i};
+        BuildChannelLookup(1);
+        EXPECT_EQ(CalTable[1].count, 256);
+        for (int i = 0; i < 256; i++)
+            EXPECT_EQ(Bits(ChannelLookup[1][i]), Bits(CalTable[1].points[i].value)) << i;
     }
-    EXPECT_EQ(ChannelLookup[0][100], -20.0f);
-}
-
-TEST_F(CalLookup, EqualValuesGiveThatValueExactlyBetween) {
-    SetCurve(0, {{20, 3.3f}, {220, 3.3f}});
-    BuildChannelLookup(0);
-    for (int i = 0; i < 256; i++) EXPECT_EQ(Bits(ChannelLookup[0][i]), Bits(3.3f)) << i;
-}
-
-TEST_F(CalLookup, FullTableOf256PointsIsCopiedAsItIs) {
-    CalTable[1].count = 256;
-    for (int i = 0; i < 256; i++) {
-        CalTable[1].points[i].power = (uint8_t)i;
-        CalTable[1].points[i].value = 1000.0f - 3.25f * (float)i;
-    }
-    BuildChannelLookup(1);
-    for (int i = 0; i < 256; i++)
-        EXPECT_EQ(Bits(ChannelLookup[1][i]), Bits(CalTable[1].points[i].value)) << i;
-}
-
-TEST_F(CalLookup, TableOutOfOrderGivesAShiftedCurve) {
-    SetCurve(0, {{10, 1.0f}, {5, 2.0f}, {20, 3.0f}});
-    BuildChannelLookup(0);
-    const float* e = ChannelLookup[0];
-    for (int i = 0; i <= 10; i++) EXPECT_EQ(e[i], 1.0f) << i;
-    EXPECT_EQ(e[11], 2.0f);  // the point of power 5 goes into the next free entry
-    for (int i = 12; i < 20; i++)
-        EXPECT_EQ(Bits(e[i]), Bits(Interpolate(i, 11, 2.0f, 20, 3.0f))) << i;
-    for (int i = 20; i < 256; i++) EXPECT_EQ(e[i], 3.0f) << i;
-}
-
-TEST_F(CalLookup, RepeatedPowerTakesTheNextEntry) {
-    SetCurve(0, {{10, 1.0f}, {10, 2.0f}});
-    BuildChannelLookup(0);
-    EXPECT_EQ(ChannelLookup[0][10], 1.0f);
-    EXPECT_EQ(ChannelLookup[0][11], 2.0f);
-    EXPECT_EQ(ChannelLookup[0][255], 2.0f);
-}
-
-TEST_F(CalLookup, CountAbove256IsCutAndStoredBack) {
-    CalTable[0].count = 1000;
-    for (int i = 0; i < 256; i++) {
-        CalTable[0].points[i].power = (uint8_t)i;
-        CalTable[0].points[i].value = (float)(2 * i);
-    }
-    BuildChannelLookup(0);
-    EXPECT_EQ(CalTable[0].count, 256);
-    EXPECT_EQ(ChannelLookup[0][255], 510.0f);
 }
 
 // Powers that run backwards near the end carry the entry index past 255: the
 // build stops at the end of the channel's entries and touches no other one.
 TEST_F(CalLookup, BuildStopsAtTheEndOfTheChannelsEntries) {
-    for (int c = 0; c < 4; c++)
-        for (int i = 0; i < 256; i++) ChannelLookup[c][i] = -12345.0f;
     for (int c = 0; c < 4; c++) {
+        for (int i = 0; i < 256; i++) ChannelLookup[c][i] = -12345.0f;
         CalTable[c].count = 256;
-        CalTable[c].points[0].power = 255;  // fills 0..255 at once
-        CalTable[c].points[0].value = 1.0f;
-        for (int n = 1; n < 256; n++) {
-            CalTable[c].points[n].power = (uint8_t)(255 - n);
-            CalTable[c].points[n].value = 50.0f + (float)n;
-        }
+        CalTable[c].points[0] = {255, {}, 1.0f};  // fills 0..255 at once
+        for (int n = 1; n < 256; n++) CalTable[c].points[n] = {(uint8_t)(255 - n), {}, 50.0f + n};
     }
     // Channel 3 is the last row of the array: a write past it would be caught
     // by AddressSanitizer, one past channel 1 would show in channel 2.
     BuildChannelLookup(1);
-    for (int i = 0; i < 256; i++) EXPECT_EQ(ChannelLookup[1][i], 1.0f) << i;
-    for (int i = 0; i < 256; i++) EXPECT_EQ(ChannelLookup[2][i], -12345.0f) << i;
-    for (int i = 0; i < 256; i++) EXPECT_EQ(ChannelLookup[0][i], -12345.0f) << i;
     BuildChannelLookup(3);
-    for (int i = 0; i < 256; i++) EXPECT_EQ(ChannelLookup[3][i], 1.0f) << i;
+    const float expected[4] = {-12345.0f, 1.0f, -12345.0f, 1.0f};
+    for (int c = 0; c < 4; c++)
+        for (int i = 0; i < 256; i++) EXPECT_EQ(ChannelLookup[c][i], expected[c]) << c << " " << i;
 
     // A last point at 255 followed by more points: the same stop.
     SetCurve(2, {{0, 0.0f}, {255, 100.0f}, {3, 7.0f}, {4, 8.0f}});
     BuildChannelLookup(2);
     EXPECT_EQ(ChannelLookup[2][255], 100.0f);
     EXPECT_EQ(ChannelLookup[3][0], 1.0f);
-    EXPECT_EQ(fake.busy, 0);
-}
 
-TEST_F(CalLookup, ChannelOutsideZeroToThreeIsIgnored) {
+    // A channel outside 0 to 3 is ignored.
+    ResetCalibration();
     BuildChannelLookup(-1);
     BuildChannelLookup(4);
     for (int c = 0; c < 4; c++)
         for (int i = 0; i < 256; i++) EXPECT_EQ(Bits(ChannelLookup[c][i]), 0u);
+    EXPECT_EQ(fake.busy, 0);
 }
 
 // ---- LoadStartupCalibration ------------------------------------------------------
 
-// A calibration file written byte by byte in the temporary folder.
-struct TempCal {
-    std::string path;
-    TempCal(const std::string& name, int count, const std::vector<std::pair<int, float>>& points) {
-        char buffer[512];
-        snprintf(buffer, sizeof buffer, "%sveldor-cal-%d-%s", testing::TempDir().c_str(),
-                 (int)getpid(), name.c_str());
-        path = buffer;
-        std::string bytes("[VELDOR - cal file v1.0]", 24);
-        bytes.push_back('\0');
-        for (int k = 0; k < 4; k++) bytes.push_back((char)((uint32_t)count >> (8 * k)));
-        for (const auto& p : points) {
-            bytes.push_back((char)p.first);
-            bytes.append(3, '\0');
-            uint32_t b = Bits(p.second);
-            for (int k = 0; k < 4; k++) bytes.push_back((char)(b >> (8 * k)));
-        }
-        FILE* f = fopen(path.c_str(), "wb");
-        if (f != nullptr) {
-            fwrite(bytes.data(), 1, bytes.size(), f);
-            fclose(f);
-        }
-    }
-    ~TempCal() { remove(path.c_str()); }
-};
-
-void ExpectDefaultCurve(int channel) {
-    EXPECT_EQ(CalTable[channel].count, 2);
-    EXPECT_EQ(CalTable[channel].points[0].power, 0);
-    EXPECT_EQ(CalTable[channel].points[0].value, 0.0f);
-    EXPECT_EQ(CalTable[channel].points[1].power, 255);
-    EXPECT_EQ(CalTable[channel].points[1].value, 100.0f);
-    EXPECT_EQ(Bits(ChannelLookup[channel][0]), 0u);
-    EXPECT_EQ(Bits(ChannelLookup[channel][1]), 0x3EC8C8CAu);
-    EXPECT_EQ(Bits(ChannelLookup[channel][127]), 0x42473737u);
-    EXPECT_EQ(Bits(ChannelLookup[channel][128]), 0x4248C8CAu);
-    EXPECT_EQ(Bits(ChannelLookup[channel][254]), 0x42C73737u);
-    EXPECT_EQ(ChannelLookup[channel][255], 100.0f);
-}
-
-TEST_F(CalLookup, MissingDefaultCalGivesFourMessagesAndTheDefaultCurve) {
-    snprintf(appDirectory, sizeof appDirectory, "%sveldor-no-such-folder-%d",
-             testing::TempDir().c_str(), (int)getpid());
+TEST_F(CalLookup, StartupReadsEachChannelsFileInTurnOrTheDefaultCurve) {
+    std::string ch1 = TempTestPath("ch1.cal"), empty = TempTestPath("empty.cal");
+    std::string bad = TempTestPath("bad.cal");
+    ASSERT_EQ(1, WriteFileBytes(ch1, CalFileBytes(2, {{10, 5.0f}, {20, 15.0f}})));
+    ASSERT_EQ(1, WriteFileBytes(empty, CalFileBytes(0, {})));
+    std::string spoilt = CalFileBytes(1, {{1, 1.0f}});
+    spoilt[1] = 'W';  // one letter of the magic off
+    ASSERT_EQ(1, WriteFileBytes(bad, spoilt));
+    snprintf(appDirectory, sizeof appDirectory, "%s", TempTestPath("no-such-folder").c_str());
+    const std::string noDefault =
+        std::string("Error opening calibration file\n'") + appDirectory + "\\Default.cal'";
     // Something in the tables first: the default curve replaces it.
     for (int c = 0; c < 4; c++) SetCurve(c, {{1, 1.0f}, {2, 2.0f}, {3, 3.0f}});
-    LoadStartupCalibration();
-    std::string expected =
-        std::string("Error opening calibration file\n'") + appDirectory + "\\Default.cal'";
-    ASSERT_EQ(fake.messageBoxes.size(), 4u);
+    LoadStartupCalibration();  // no names and no Default.cal: four messages
+    ASSERT_EQ(fake.messageBoxes, std::vector<std::string>(4, noDefault));
     for (int c = 0; c < 4; c++) {
-        EXPECT_EQ(fake.messageBoxes[c], expected);
         EXPECT_EQ(fake.messageIcons[c], ICON_EXCLAMATION);
         ExpectDefaultCurve(c);
     }
-    EXPECT_EQ(fake.busy, 0);
-}
 
-TEST_F(CalLookup, StartupReadsEachChannelsFileInTurn) {
-    TempCal ch1("ch1.cal", 2, {{10, 5.0f}, {20, 15.0f}});
-    TempCal empty("empty.cal", 0, {});
-    TempCal bad("bad.cal", 1, {{1, 1.0f}});
-    {
-        // Spoil the magic of "bad": one letter off.
-        FILE* f = fopen(bad.path.c_str(), "r+b");
-        ASSERT_NE(f, nullptr);
-        fseek(f, 1, SEEK_SET);
-        fputc('W', f);
-        fclose(f);
-    }
-    snprintf(appDirectory, sizeof appDirectory, "%sveldor-no-such-folder-%d",
-             testing::TempDir().c_str(), (int)getpid());
-    WriteSetting(KeyCalibrationFile[0], ch1.path.c_str());
-    WriteSetting(KeyCalibrationFile[1], empty.path.c_str());
-    WriteSetting(KeyCalibrationFile[2], bad.path.c_str());
-    // Channel 4 has no name: the missing Default.cal.
-    LoadStartupCalibration();
-
+    ResetFakeWorld();
+    snprintf(appDirectory, sizeof appDirectory, "%s", TempTestPath("no-such-folder").c_str());
+    WriteSetting(KeyCalibrationFile[0], ch1.c_str());
+    WriteSetting(KeyCalibrationFile[1], empty.c_str());
+    WriteSetting(KeyCalibrationFile[2], bad.c_str());
+    LoadStartupCalibration();  // channel 4 has no name: the missing Default.cal
     // Channel 1: the file's curve.
     EXPECT_EQ(CalTable[0].count, 2);
     EXPECT_EQ(Bits(ChannelLookup[0][11]), 0x40C00000u);
@@ -343,46 +244,39 @@ TEST_F(CalLookup, StartupReadsEachChannelsFileInTurn) {
     // Channels 3 and 4: the default curve, after one message each, in order.
     ExpectDefaultCurve(2);
     ExpectDefaultCurve(3);
-    ASSERT_EQ(fake.messageBoxes.size(), 2u);
-    EXPECT_EQ(fake.messageBoxes[0], "Calibration file '" + bad.path + "'\nIncorrect format");
-    EXPECT_EQ(fake.messageBoxes[1],
-              std::string("Error opening calibration file\n'") + appDirectory + "\\Default.cal'");
+    EXPECT_EQ(
+        fake.messageBoxes,
+        std::vector<std::string>({"Calibration file '" + bad + "'\nIncorrect format", noDefault}));
     // Each channel finished before the next: the status lines in channel order.
     std::vector<std::string> reads;
     for (const std::string& s : fake.statusLines)
         if (s.rfind("Read", 0) == 0) reads.push_back(s);
-    ASSERT_EQ(reads.size(), 5u);
-    EXPECT_EQ(reads[0], "Reading calibration file '" + Shown(ch1.path) + "'");
-    EXPECT_EQ(reads[1], "Read calibration file '" + Shown(ch1.path) + "'");
-    EXPECT_EQ(reads[2], "Reading calibration file '" + Shown(empty.path) + "'");
-    EXPECT_EQ(reads[3], "Read calibration file '" + Shown(empty.path) + "'");
-    EXPECT_EQ(reads[4], "Reading calibration file '" + Shown(bad.path) + "'");
+    std::vector<std::string> expected;
+    for (const std::string& path : {ch1, empty, bad}) {
+        expected.push_back("Reading calibration file '" +
+                           std::string(DisplayFileName(path.c_str())) + "'");
+        expected.push_back("Read calibration file '" + std::string(DisplayFileName(path.c_str())) +
+                           "'");
+    }
+    expected.pop_back();
+    EXPECT_EQ(reads, expected);
     EXPECT_EQ(fake.busy, 0);
+    for (const std::string& path : {ch1, empty, bad}) remove(path.c_str());
 }
 
 // With no name in the settings the path is "<appDirectory>\Default.cal" and
 // serves every such channel. Natively that backslash is part of a file name,
 // so the test makes exactly that name; under Windows it is a folder.
 TEST_F(CalLookup, DefaultCalInAppDirectoryServesEveryChannelWithoutAName) {
-    char folder[260];
-    snprintf(folder, sizeof folder, "%sveldor-app-%d", testing::TempDir().c_str(), (int)getpid());
+    std::string folder = TempTestPath("app");
 #ifdef _WIN32
-    _mkdir(folder);
+    _mkdir(folder.c_str());
 #endif
-    snprintf(appDirectory, sizeof appDirectory, "%s", folder);
-    std::string path = std::string(folder) + "\\Default.cal";
-    {
-        FILE* f = fopen(path.c_str(), "wb");
-        ASSERT_NE(f, nullptr);
-        const unsigned char bytes[] = {'[', 'V', 'E', 'L', 'D', 'O',  'R', ' ', '-', ' ',
-                                       'c', 'a', 'l', ' ', 'f', 'i',  'l', 'e', ' ', 'v',
-                                       '1', '.', '0', ']', 0,   1,    0,   0,   0,   100,
-                                       0,   0,   0,   0,   0,   0xF0, 0x40};  // (100, 7.5)
-        fwrite(bytes, 1, sizeof bytes, f);
-        fclose(f);
-    }
-    TempCal own("own.cal", 2, {{10, 5.0f}, {20, 15.0f}});
-    WriteSetting(KeyCalibrationFile[2], own.path.c_str());
+    snprintf(appDirectory, sizeof appDirectory, "%s", folder.c_str());
+    std::string path = folder + "\\Default.cal", own = TempTestPath("own.cal");
+    ASSERT_EQ(1, WriteFileBytes(path, CalFileBytes(1, {{100, 7.5f}})));
+    ASSERT_EQ(1, WriteFileBytes(own, CalFileBytes(2, {{10, 5.0f}, {20, 15.0f}})));
+    WriteSetting(KeyCalibrationFile[2], own.c_str());
     LoadStartupCalibration();
     EXPECT_TRUE(fake.messageBoxes.empty());
     for (int c : {0, 1, 3}) {
@@ -392,8 +286,9 @@ TEST_F(CalLookup, DefaultCalInAppDirectoryServesEveryChannelWithoutAName) {
     EXPECT_EQ(ChannelLookup[2][15], 10.0f);
     EXPECT_EQ(CountStatus("Read calibration file 'Default.cal'"), 3);
     remove(path.c_str());
+    remove(own.c_str());
 #ifdef _WIN32
-    _rmdir(folder);
+    _rmdir(folder.c_str());
 #endif
 }
 

@@ -5,12 +5,7 @@
 
 #include <string>
 
-#ifdef _WIN32
-#include <process.h>
-#define getpid _getpid
-#else
-#include <unistd.h>
-#endif
+#include "fake_platform.h"
 
 namespace {
 
@@ -18,16 +13,8 @@ namespace {
 struct ColoursFile {
     std::string path;
 
-    explicit ColoursFile(const std::string& bytes) {
-        char name[512];
-        snprintf(name, sizeof name, "%sveldor-colours-%d.txt", testing::TempDir().c_str(),
-                 static_cast<int>(getpid()));
-        path = name;
-        FILE* f = fopen(name, "wb");
-        if (f != nullptr) {
-            fwrite(bytes.data(), 1, bytes.size(), f);
-            fclose(f);
-        }
+    explicit ColoursFile(const std::string& bytes) : path(TempTestPath("colours.txt")) {
+        WriteFileBytes(path, bytes);
     }
     ~ColoursFile() { remove(path.c_str()); }
 };

@@ -17,8 +17,7 @@ protected:
 };
 
 TEST_F(ControllerMessages, ReadingsAndPosition) {
-    fake.windowExists[WINDOW_LISTING] = true;
-    fake.windowExists[WINDOW_PLOT] = true;
+    for (int w : {WINDOW_LISTING, WINDOW_PLOT}) fake.windowExists[w] = true;
     EXPECT_EQ(1, HandleControllerMessage("RA 300 0 255 7 3"));
     EXPECT_EQ(44, liveState.liveReadings[0]);  // low 8 bits of 300
     EXPECT_EQ(255, liveState.liveReadings[2]);
@@ -58,22 +57,22 @@ TEST_F(ControllerMessages, ReadingsAndPosition) {
 }
 
 TEST_F(ControllerMessages, GpsStatusLogsOnlyChanges) {
-    HandleControllerMessage("ES 4");
-    EXPECT_EQ(std::vector<std::string>{"GPS differential correction active"}, fake.statusLines);
-    fake.statusLines.clear();
-    HandleControllerMessage("ES0");
-    EXPECT_EQ(std::vector<std::string>{"GPS differential correction inactive"}, fake.statusLines);
-    fake.statusLines.clear();
-    HandleControllerMessage("ES 48");
-    HandleControllerMessage("ES 16");
-    HandleControllerMessage("ES 0");
-    EXPECT_EQ((std::vector<std::string>{"GPS giving position fixes", "GPS not giving position fixes"}),
-              fake.statusLines);
-    fake.statusLines.clear();
-    HandleControllerMessage("ES 9");
-    EXPECT_EQ((std::vector<std::string>{"GPS insufficient visable satellites",
-                                        "GPS acquiring satellites/position hold"}),
-              fake.statusLines);
+    const struct {
+        std::vector<const char*> messages;
+        std::vector<std::string> lines;
+    } steps[] = {
+        {{"ES 4"}, {"GPS differential correction active"}},
+        {{"ES0"}, {"GPS differential correction inactive"}},
+        {{"ES 48", "ES 16", "ES 0"},
+         {"GPS giving position fixes", "GPS not giving position fixes"}},
+        {{"ES 9"},
+         {"GPS insufficient visable satellites", "GPS acquiring satellites/position hold"}},
+    };
+    for (const auto& s : steps) {
+        fake.statusLines.clear();
+        for (const char* m : s.messages) HandleControllerMessage(m);
+        EXPECT_EQ(s.lines, fake.statusLines) << s.messages[0];
+    }
     EXPECT_EQ(9, liveState.gpsStatus);
 }
 
@@ -81,10 +80,10 @@ TEST_F(ControllerMessages, TextMessagesAndUnknownCodes) {
     HandleControllerMessage("ST Battery low");
     HandleControllerMessage("VI 2 3 1");
     HandleControllerMessage("DB x=1");
-    EXPECT_EQ((std::vector<std::string>{"Controller: Battery low",
-                                        "Controller firmware version: v2.3.1",
-                                        "Controller debug: x=1"}),
-              fake.statusLines);
+    EXPECT_EQ(
+        (std::vector<std::string>{"Controller: Battery low", "Controller firmware version: v2.3.1",
+                                  "Controller debug: x=1"}),
+        fake.statusLines);
     commsWatchdogTicks = 3;
     EXPECT_EQ(0, HandleControllerMessage("XX"));
     EXPECT_EQ(0, HandleControllerMessage("RX 1"));  // second letter must fit the first

@@ -25,26 +25,16 @@
 namespace {
 
 // tests/data/datafiles/, made by make_data_files.py there.
-std::string TestFile(const char* name) { return TestDataPath(std::string("datafiles/") + name); }
-
-std::string TempPath(const char* name) { return TempTestPath(name); }
-
-std::string ReadBytes(const std::string& path) {
-    std::string bytes;
-    FILE* f = fopen(path.c_str(), "rb");
-    if (f == nullptr) return "<missing>";
-    char buffer[4096];
-    size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, f)) > 0) bytes.append(buffer, n);
-    fclose(f);
-    return bytes;
+std::string TestFile(const char* name) {
+    return TestDataPath(std::string("datafiles/") + name);
 }
 
-void WriteBytes(const std::string& path, const std::string& bytes) {
-    FILE* f = fopen(path.c_str(), "wb");
-    ASSERT_NE(nullptr, f);
-    fwrite(bytes.data(), 1, bytes.size(), f);
-    fclose(f);
+std::string TempPath(const char* name) {
+    return TempTestPath(name);
+}
+
+std::string ReadBytes(const std::string& path) {
+    return ReadFileBytes(path);
 }
 
 uint32_t U32At(const std::string& b, size_t at) {
@@ -134,19 +124,19 @@ TEST_F(DataFile, EmptyStoreWritesTheFixedPartAtItsOffsets) {
     snprintf(channelLabels[3], ChannelLabelSize, "Four");
     ASSERT_EQ(1, SaveDataFile());
     bytes = ReadBytes(path);
-    EXPECT_EQ(std::string("[VELDOR - data file v1.4]\0", 26), bytes.substr(0, 26));
-    EXPECT_EQ(0x01020304u, U32At(bytes, 26));
-    EXPECT_EQ(0xFFFFFFFEu, U32At(bytes, 30));
-    EXPECT_EQ(0x11223344u, U32At(bytes, 34));
-    EXPECT_EQ(1, bytes[38]);
-    EXPECT_EQ(0xEF, (uint8_t)bytes[39]);
-    EXPECT_EQ(0xBE, (uint8_t)bytes[40]);
-    EXPECT_EQ(std::string("D.cal\0", 6), bytes.substr(41 + 3 * 260, 6));
-    EXPECT_EQ(std::string("Four\0", 5), bytes.substr(1081 + 3 * 32, 5));
-    EXPECT_EQ(std::string("Ch 1\0", 5), bytes.substr(1081, 5));
-    EXPECT_EQ(0u, U32At(bytes, 1209));
-    EXPECT_EQ(0u, U32At(bytes, 1213));
-    EXPECT_EQ(std::string("[End]\0", 6), bytes.substr(1217));
+    const struct {
+        size_t at;
+        std::string bytes;
+    } fields[] = {
+        {0, std::string("[VELDOR - data file v1.4]\0", 26)},
+        {26, std::string("\x04\x03\x02\x01\xFE\xFF\xFF\xFF\x44\x33\x22\x11\x01\xEF\xBE", 15)},
+        {41 + 3 * 260, std::string("D.cal\0", 6)},
+        {1081, std::string("Ch 1\0", 5)},
+        {1081 + 3 * 32, std::string("Four\0", 5)},
+        {1209, std::string("\0\0\0\0\0\0\0\0[End]\0", 14)},
+    };
+    for (const auto& f : fields) EXPECT_EQ(f.bytes, bytes.substr(f.at, f.bytes.size())) << f.at;
+    EXPECT_EQ(1223u, bytes.size());
 
     // The empty file reads back as a success with no records.
     recordCount = 3;
@@ -245,98 +235,66 @@ TEST_F(DataFile, SavedSurveyReadsBackFieldByField) {
     remove(path.c_str());
 }
 
-TEST_F(DataFile, EveryVersionReadsWithItsOffsetsAndDefaults) {
-    // v1.0: intervals and distance supplied, the current input channel kept
-    // and copied, no times, tags and labels untouched.
+TEST_F(DataFile, EveryVersionReadsWithItsOffsetsAndDefaultsAndSavesAsV14) {
+    using Tags = std::vector<std::pair<int, std::string>>;
+    const Tags old = {{1, "old tag"}, {0, ""}};
+    const Tags all = {{0, "Start of run"}, {3, std::string(50, 'x')}, {-1, "points at no record"}};
+    const struct {
+        const char* file;
+        uint32_t start;
+        int seconds, meters, distance, input, records;
+        bool times;
+        Tags tags;
+        const char* label;
+    } versions[] = {
+        // v1.0: intervals and distance supplied, the current input channel kept
+        // and copied, no times, tags and labels untouched.
+        {"v1_0.dat", 1000000000u, 5, 500, 0, 2, 3, false, old, "Old label"},
+        // v1.1: the input channel directly behind the seconds (offset 34); bytes
+        // behind the last record are ignored.
+        {"v1_1.dat", 1100000000u, 7, 500, 0, 2, 4, false, old, "Old label"},
+        // v1.2: the input channel behind distanceMode (offset 39); tags read
+        // although the records have no times.
+        {"v1_2.dat", 1200000000u, 10, 250, 1, 3, 3, false, Tags(all.begin(), all.begin() + 2),
+         "Old label"},
+        // v1.3: times; old buffer contents behind every NUL and bytes behind
+        // the trailer mean nothing.
+        {"v1_3.dat", 1300000000u, 2, 1000, 0, 1, 4, true, all, "Old label"},
+        {"v1_4.dat", 1400000000u, 3, 20, 1, 0, 4, true, all, "North mast"},
+    };
     FillPreviousSurvey();
     currentInputChannel = 2;
-    UseFile(TestFile("v1_0.dat"));
-    ASSERT_EQ(1, LoadDataFile());
-    EXPECT_EQ(1000000000u, recordingParams.startTime);
-    EXPECT_EQ(5, recordingParams.intervalSeconds);
-    EXPECT_EQ(500, recordingParams.intervalMeters);
-    EXPECT_EQ(0, recordingParams.distanceMode);
-    EXPECT_EQ(2, recordingParams.inputChannel);
-    EXPECT_EQ(2, currentInputChannel);
-    ExpectFileNames();
-    ExpectFileRecords(3, false);
-    EXPECT_EQ(2, tagCount);
-    EXPECT_STREQ("old tag", tagText[0]);
-    EXPECT_STREQ("Old label", channelLabels[0]);
-
-    // v1.1: the input channel directly behind the seconds (offset 34), and it
-    // becomes the current one; bytes behind the last record are ignored.
-    recordingParams.distanceMode = 1;
-    UseFile(TestFile("v1_1.dat"));
-    ASSERT_EQ(1, LoadDataFile());
-    EXPECT_EQ(1100000000u, recordingParams.startTime);
-    EXPECT_EQ(7, recordingParams.intervalSeconds);
-    EXPECT_EQ(500, recordingParams.intervalMeters);
-    EXPECT_EQ(0, recordingParams.distanceMode);
-    EXPECT_EQ(2, recordingParams.inputChannel);
-    ExpectFileNames();
-    ExpectFileRecords(4, false);
-    EXPECT_EQ(2, tagCount);
-
-    // v1.2: the input channel behind distanceMode (offset 39); tags read
-    // although the records have no times.
-    UseFile(TestFile("v1_2.dat"));
-    ASSERT_EQ(1, LoadDataFile());
-    EXPECT_EQ(1200000000u, recordingParams.startTime);
-    EXPECT_EQ(10, recordingParams.intervalSeconds);
-    EXPECT_EQ(250, recordingParams.intervalMeters);
-    EXPECT_EQ(1, recordingParams.distanceMode);
-    EXPECT_EQ(3, recordingParams.inputChannel);
-    EXPECT_EQ(3, currentInputChannel);
-    ExpectFileNames();
-    ExpectFileRecords(3, false);
-    ASSERT_EQ(2, tagCount);
-    EXPECT_EQ(0, tagRecord[0]);
-    EXPECT_STREQ("Start of run", tagText[0]);
-    EXPECT_EQ(3, tagRecord[1]);
-    EXPECT_EQ(std::string(50, 'x'), tagText[1]);
-
-    // v1.3: times; old buffer contents behind every NUL and bytes behind the
-    // trailer mean nothing; the labels in memory stay.
-    UseFile(TestFile("v1_3.dat"));
-    ASSERT_EQ(1, LoadDataFile());
-    EXPECT_EQ(2, recordingParams.intervalSeconds);
-    EXPECT_EQ(1000, recordingParams.intervalMeters);
-    EXPECT_EQ(0, recordingParams.distanceMode);
-    EXPECT_EQ(1, currentInputChannel);
-    ExpectFileNames();
-    ExpectFileRecords(4, true);
-    ASSERT_EQ(3, tagCount);
-    EXPECT_EQ(-1, tagRecord[2]);
-    EXPECT_STREQ("points at no record", tagText[2]);
-    EXPECT_STREQ("Old label", channelLabels[0]);
-
-    // Saved again it is a v1.4 file with those labels.
     std::string path = TempPath("upgraded.dat");
-    UseFile(path);
-    ASSERT_EQ(1, SaveDataFile());
-    EXPECT_EQ((size_t)(1223 + 18 * 4 + 55 * 3), ReadBytes(path).size());
-
-    // v1.4: labels; a file written by another writer comes out of this one
-    // byte for byte.
-    UseFile(TestFile("v1_4.dat"));
-    ASSERT_EQ(1, LoadDataFile());
-    EXPECT_STREQ("North mast", channelLabels[0]);
+    for (const auto& v : versions) {
+        SCOPED_TRACE(v.file);
+        recordingParams.distanceMode = 1;
+        UseFile(TestFile(v.file));
+        ASSERT_EQ(1, LoadDataFile());
+        EXPECT_EQ(v.start, recordingParams.startTime);
+        EXPECT_EQ(v.seconds, recordingParams.intervalSeconds);
+        EXPECT_EQ(v.meters, recordingParams.intervalMeters);
+        EXPECT_EQ(v.distance, recordingParams.distanceMode);
+        EXPECT_EQ(v.input, recordingParams.inputChannel);
+        EXPECT_EQ(v.input, currentInputChannel);
+        ExpectFileNames();
+        ExpectFileRecords(v.records, v.times);
+        ASSERT_EQ((int)v.tags.size(), tagCount);
+        for (int t = 0; t < tagCount; t++) {
+            EXPECT_EQ(v.tags[t].first, tagRecord[t]) << t;
+            EXPECT_EQ(v.tags[t].second, tagText[t]) << t;
+        }
+        EXPECT_STREQ(v.label, channelLabels[0]);
+        // Saved again it is a v1.4 file that carries the supplied values as
+        // if recorded; one written by another writer comes out byte for byte.
+        UseFile(path);
+        ASSERT_EQ(1, SaveDataFile());
+        std::string bytes = ReadBytes(path);
+        EXPECT_EQ(1223 + 18 * v.records + 55 * v.tags.size(), bytes.size());
+        EXPECT_EQ((uint32_t)v.seconds, U32At(bytes, 30));
+        EXPECT_EQ((uint32_t)v.meters, U32At(bytes, 34));
+    }
     EXPECT_STREQ("Spare 4", channelLabels[3]);
-    ExpectFileRecords(4, true);
-    UseFile(path);
-    ASSERT_EQ(1, SaveDataFile());
     EXPECT_EQ(ReadBytes(TestFile("v1_4.dat")), ReadBytes(path));
-
-    // A v1.0 file saved again carries the supplied values as if recorded.
-    UseFile(TestFile("v1_0.dat"));
-    ASSERT_EQ(1, LoadDataFile());
-    UseFile(path);
-    ASSERT_EQ(1, SaveDataFile());
-    std::string bytes = ReadBytes(path);
-    EXPECT_EQ(5u, U32At(bytes, 30));
-    EXPECT_EQ(500u, U32At(bytes, 34));
-    EXPECT_EQ((size_t)(1223 + 18 * 3 + 55 * 3), bytes.size());
     EXPECT_EQ(0u, fake.messageBoxes.size());
     remove(path.c_str());
 }
@@ -420,7 +378,7 @@ TEST_F(DataFile, FailedSaveKeepsThePreviousFile) {
     ASSERT_EQ(1, SaveDataFile());
     EXPECT_EQ(good.size() + 18, ReadBytes(path).size());
     EXPECT_EQ("<missing>", ReadBytes(path + ".tmp"));
-    WriteBytes(path, good);
+    ASSERT_EQ(1, WriteFileBytes(path, good));
 
     // The temporary file can't be made: nothing is written.
     std::string blocker = path + ".tmp";
@@ -438,7 +396,7 @@ TEST_F(DataFile, FailedSaveKeepsThePreviousFile) {
     std::string folder = TempPath("folder.dat");
     ASSERT_EQ(0, MakeFolder(folder.c_str()));
     std::string inside = folder + "/inside";
-    WriteBytes(inside, "x");
+    ASSERT_EQ(1, WriteFileBytes(inside, "x"));
     UseFile(folder);
     EXPECT_EQ(0, SaveDataFile());
     EXPECT_EQ(std::vector<std::string>{"Error writing file, data not saved"}, fake.messageBoxes);

@@ -10,26 +10,18 @@
 #include "fake_platform.h"
 #include "views/plot_geometry.h"
 
-#ifdef _WIN32
-#include <process.h>
-#define getpid _getpid
-#else
-#include <unistd.h>
-#endif
-
 namespace {
 
-std::string TestFile(const char* name) { return TestDataPath(std::string("datafiles/") + name); }
+std::string TestFile(const char* name) {
+    return TestDataPath(std::string("datafiles/") + name);
+}
 
-std::string TempPath(const char* name) { return TempTestPath(name); }
+std::string TempPath(const char* name) {
+    return TempTestPath(name);
+}
 
 long FileSize(const std::string& path) {
-    FILE* f = fopen(path.c_str(), "rb");
-    if (f == nullptr) return -1;
-    fseek(f, 0, SEEK_END);
-    long size = ftell(f);
-    fclose(f);
-    return size;
+    return (long)ReadFileBytes(path).size();
 }
 
 std::string Caption(const std::string& path) {

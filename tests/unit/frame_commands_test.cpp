@@ -17,11 +17,6 @@ namespace {
 class FrameCommands : public ::testing::Test {
 protected:
     void SetUp() override { ResetFakeWorld(); }
-    static std::string Setting(const char* section, const char* key) {
-        char text[64];
-        ProfileGetString(section, key, "<absent>", text, sizeof text, settingsPath);
-        return text;
-    }
 };
 
 TEST_F(FrameCommands, IdleWithEmptyStore) {
@@ -67,15 +62,14 @@ TEST_F(FrameCommands, RecordingGreysWhatChangesTheSurvey) {
     recordCount = 20;
     statusFlags |= STATUS_RECORDING;
     for (int id : {IDM_FILE_OPEN, IDM_FILE_SAVE_AS, IDM_FILE_MAKE_LISTING, IDM_FILE_PRINT_LISTING,
-                   IDM_FILE_PRINT_PLOT, IDM_RECORD_START, IDM_RECORD_TAKE_READING,
-                   IDM_RECORD_CLEAR, IDM_RECORD_FILTER, IDM_RECORD_STATISTICS,
-                   IDM_RECORD_SETTINGS, IDM_RECORD_CALIBRATION, IDM_CONFIG_PORT, IDM_CONFIG_GPS,
-                   IDM_CONFIG_GPS_DIFF, IDM_CONFIG_AR3000A, IDM_CONFIG_TZR4100,
-                   IDM_CONFIG_RESET_CONTROLLER})
+                   IDM_FILE_PRINT_PLOT, IDM_RECORD_START, IDM_RECORD_TAKE_READING, IDM_RECORD_CLEAR,
+                   IDM_RECORD_FILTER, IDM_RECORD_STATISTICS, IDM_RECORD_SETTINGS,
+                   IDM_RECORD_CALIBRATION, IDM_CONFIG_PORT, IDM_CONFIG_GPS, IDM_CONFIG_GPS_DIFF,
+                   IDM_CONFIG_AR3000A, IDM_CONFIG_TZR4100, IDM_CONFIG_RESET_CONTROLLER})
         EXPECT_EQ(0, MenuItemEnabled(id)) << id;
-    for (int id : {IDM_RECORD_STOP, IDM_RECORD_MANUAL_READING, IDM_RECORD_ADD_TAG,
-                   IDM_RECORD_CALTEXT_1, IDM_CONFIG_DISPLAY, IDM_FILE_PREFERENCES,
-                   IDM_WINDOW_CASCADE, IDM_HELP_HELP})
+    for (int id :
+         {IDM_RECORD_STOP, IDM_RECORD_MANUAL_READING, IDM_RECORD_ADD_TAG, IDM_RECORD_CALTEXT_1,
+          IDM_CONFIG_DISPLAY, IDM_FILE_PREFERENCES, IDM_WINDOW_CASCADE, IDM_HELP_HELP})
         EXPECT_EQ(1, MenuItemEnabled(id)) << id;
     EXPECT_EQ(0, RecordsReadyForOutput());
 }
@@ -112,7 +106,7 @@ TEST_F(FrameCommands, ResetControllerAnsweredNoChangesNothing) {
     EXPECT_EQ(1u, fake.questions.size());
     EXPECT_TRUE(fake.wire.empty());
     EXPECT_TRUE(statusFlags & STATUS_TZR_MODE);
-    EXPECT_EQ("<absent>", Setting("TZR4100", "Enable TZR4100 mode"));
+    EXPECT_EQ("<absent>", StoredSetting("TZR4100", "Enable TZR4100 mode"));
 }
 
 TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
@@ -131,12 +125,12 @@ TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
     EXPECT_EQ(1, CountStatus("Reset sent to controller"));
     EXPECT_EQ(STATUS_CHANGED, statusFlags);
     EXPECT_EQ(0, liveState.liveAccessoryChannel);
-    EXPECT_EQ("0", Setting("TZR4100", "Enable TZR4100 mode"));
-    EXPECT_EQ("1", Setting("TZR4100", "Inital channel"));
-    EXPECT_EQ("10", Setting("TZR4100", "Number of channels"));
-    EXPECT_EQ("0", Setting("AR3000A", "Enable AR3000A mode"));
-    EXPECT_EQ("0", Setting("GPS Diff", "Enable GPS Diff mode"));
-    EXPECT_EQ("4800", Setting("GPS Diff", "Baud Rate"));
+    EXPECT_EQ("0", StoredSetting("TZR4100", "Enable TZR4100 mode"));
+    EXPECT_EQ("1", StoredSetting("TZR4100", "Inital channel"));
+    EXPECT_EQ("10", StoredSetting("TZR4100", "Number of channels"));
+    EXPECT_EQ("0", StoredSetting("AR3000A", "Enable AR3000A mode"));
+    EXPECT_EQ("0", StoredSetting("GPS Diff", "Enable GPS Diff mode"));
+    EXPECT_EQ("4800", StoredSetting("GPS Diff", "Baud Rate"));
 }
 
 TEST_F(FrameCommands, CoreCommandsRunAndOthersAreLeftToTheFrame) {

@@ -165,16 +165,13 @@ TEST_F(GpsCommands, OpeningFields) {
     EXPECT_EQ("9:05:07 2/3/2021", std::string(f.time.hour) + ":" + f.time.minute + ":" +
                                       f.time.second + " " + f.date.day + "/" + f.date.month + "/" +
                                       f.date.year);
-    EXPECT_STREQ("-12", f.time.utcOffset);
+    EXPECT_EQ(std::vector<std::string>({"-12", "90", "-59", "59.000", "-180", "0", "-12.346"}),
+              std::vector<std::string>({f.time.utcOffset, f.latitude.degrees, f.latitude.minutes,
+                                        f.latitude.seconds, f.longitude.degrees,
+                                        f.longitude.minutes, f.longitude.seconds}));
     EXPECT_EQ(1, f.latitude.southOrWest);
     EXPECT_EQ(0, f.latitude.northOrEast);
-    EXPECT_STREQ("90", f.latitude.degrees);
-    EXPECT_STREQ("-59", f.latitude.minutes);
-    EXPECT_STREQ("59.000", f.latitude.seconds);
     EXPECT_EQ(1, f.longitude.northOrEast);  // "Long E/W" defaults to "E"
-    EXPECT_STREQ("-180", f.longitude.degrees);
-    EXPECT_STREQ("0", f.longitude.minutes);
-    EXPECT_STREQ("-12.346", f.longitude.seconds);
 }
 
 }  // namespace

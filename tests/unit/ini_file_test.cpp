@@ -13,11 +13,7 @@
 #include "storage/settings_file.h"
 
 #ifdef _WIN32
-#include <process.h>
 #include <windows.h>
-#define getpid _getpid
-#else
-#include <unistd.h>
 #endif
 
 namespace {
@@ -28,12 +24,9 @@ struct ScratchFiles {
 
     std::string Path(const char* name) {
         static int serial = 0;
-        char path[512];
-        snprintf(path, sizeof path, "%sveldor-ini-%d-%d-%s", testing::TempDir().c_str(),
-                 static_cast<int>(getpid()), serial++, name);
-        remove(path);
-        paths.push_back(path);
-        return path;
+        paths.push_back(TempTestPath("ini-" + std::to_string(serial++) + "-" + name));
+        remove(paths.back().c_str());
+        return paths.back();
     }
     ~ScratchFiles() {
         for (const std::string& p : paths) remove(p.c_str());
@@ -47,21 +40,11 @@ std::string Bytes(const char (&text)[N]) {
 }
 
 void Put(const std::string& path, const std::string& bytes) {
-    FILE* f = fopen(path.c_str(), "wb");
-    ASSERT_NE(f, nullptr);
-    fwrite(bytes.data(), 1, bytes.size(), f);
-    fclose(f);
+    ASSERT_EQ(1, WriteFileBytes(path, bytes));
 }
 
 std::string Get(const std::string& path) {
-    std::string bytes;
-    FILE* f = fopen(path.c_str(), "rb");
-    if (f == nullptr) return "<missing>";
-    char chunk[4096];
-    size_t got;
-    while ((got = fread(chunk, 1, sizeof chunk, f)) > 0) bytes.append(chunk, got);
-    fclose(f);
-    return bytes;
+    return ReadFileBytes(path);
 }
 
 std::string Text(const char* section, const char* key, const char* def, int size,
@@ -193,69 +176,25 @@ TEST(IniFile, GarbageAndLargeFilesAreReadAndKept) {
     EXPECT_TRUE(Get(path) == expected);  // no diff print of half a megabyte
 }
 
+// clang-format off
 const IntSetting* const kIntSettings[] = {
-    &KeyMainOriginX,
-    &KeyMainOriginY,
-    &KeyMainWidth,
-    &KeyMainHeight,
-    &KeyMainMaximised,
-    &KeyShowListing,
-    &KeyShowPlot,
-    &KeyShowChart,
-    &KeyShowTags,
-    &KeyListingLatLong,
-    &KeyListingSign,
-    &KeyListingDecimalPlaces,
-    &KeyListingFontSize,
-    &KeyListingFileLatLong,
-    &KeyListingFileSign,
-    &KeyListingFileDecimalPlaces,
-    &KeyListingFileSeparator,
-    &KeyPrintListingLatLong,
-    &KeyPrintListingSign,
-    &KeyPrintListingDecimalPlaces,
-    &KeyPrintListingDate,
-    &KeyPrintListingFiles,
-    &KeyPrintListingStats,
-    &KeyPlotChannel,
-    &KeyPlotFontSize,
-    &KeyPlotScaleConfirm,
-    &KeyPlotScaleAspect,
-    &KeyPlotScaleDotSize,
-    &KeyChartChannel,
-    &KeyChartFontSize,
-    &KeyTagsOriginX,
-    &KeyTagsOriginY,
-    &KeyRecordIntervalSeconds,
-    &KeyRecordIntervalMeters,
-    &KeyRecordIntervalInMeters,
-    &KeyAutosaveEnable,
-    &KeyAutosaveInterval,
-    &KeyAveraging,
-    &KeyShowPath,
-    &KeyLoadStoredData,
-    &KeyCheckStoredData,
-    &KeyPlotCurrentPosition,
-    &KeyMaxPlotTime,
-    &KeyEarthRadius,
-    &KeyGpsUtcOffset,
-    &KeyGpsLatDeg,
-    &KeyGpsLatMin,
-    &KeyGpsLongDeg,
-    &KeyGpsLongMin,
-    &KeyGpsDiffEnable,
-    &KeyAr3000aEnable,
-    &KeyAr3000aAttOn[0],
-    &KeyAr3000aAttOn[1],
-    &KeyAr3000aAttOn[2],
-    &KeyAr3000aAttOn[3],
-    &KeyTzrEnable,
-    &KeyTzrInitialChannel,
-    &KeyTzrNumberOfChannels,
-    &KeyTzrIncrementChannel,
-    &KeyTzrInputChannel,
+    &KeyMainOriginX, &KeyMainOriginY, &KeyMainWidth, &KeyMainHeight, &KeyMainMaximised,
+    &KeyShowListing, &KeyShowPlot, &KeyShowChart, &KeyShowTags, &KeyListingLatLong, &KeyListingSign,
+    &KeyListingDecimalPlaces, &KeyListingFontSize, &KeyListingFileLatLong, &KeyListingFileSign,
+    &KeyListingFileDecimalPlaces, &KeyListingFileSeparator, &KeyPrintListingLatLong,
+    &KeyPrintListingSign, &KeyPrintListingDecimalPlaces, &KeyPrintListingDate,
+    &KeyPrintListingFiles, &KeyPrintListingStats, &KeyPlotChannel, &KeyPlotFontSize,
+    &KeyPlotScaleConfirm, &KeyPlotScaleAspect, &KeyPlotScaleDotSize, &KeyChartChannel,
+    &KeyChartFontSize, &KeyTagsOriginX, &KeyTagsOriginY, &KeyRecordIntervalSeconds,
+    &KeyRecordIntervalMeters, &KeyRecordIntervalInMeters, &KeyAutosaveEnable, &KeyAutosaveInterval,
+    &KeyAveraging, &KeyShowPath, &KeyLoadStoredData, &KeyCheckStoredData, &KeyPlotCurrentPosition,
+    &KeyMaxPlotTime, &KeyEarthRadius, &KeyGpsUtcOffset, &KeyGpsLatDeg, &KeyGpsLatMin,
+    &KeyGpsLongDeg, &KeyGpsLongMin, &KeyGpsDiffEnable, &KeyAr3000aEnable, &KeyAr3000aAttOn[0],
+    &KeyAr3000aAttOn[1], &KeyAr3000aAttOn[2], &KeyAr3000aAttOn[3], &KeyTzrEnable,
+    &KeyTzrInitialChannel, &KeyTzrNumberOfChannels, &KeyTzrIncrementChannel, &KeyTzrInputChannel,
     &KeySetupStatus,
 };
+// clang-format on
 const TextSetting* const kTextSettings[] = {
     &KeyListingFontName,    &KeyPlotPowerBreak1,    &KeyPlotPowerBreak2,    &KeyPlotPowerBreak3,
     &KeyPlotDotSize,        &KeyPlotFontName,       &KeyPlotScaleTlLat,     &KeyPlotScaleTlLong,
@@ -357,40 +296,20 @@ struct Query {
     const char* section;
     const char* key;
 };
+// clang-format off
 const Query kQueries[] = {
-    {"Main window", "Origin X"},
-    {"MAIN WINDOW", "width"},
-    {"Main window", "Height"},
-    {"Main window", "Maximised"},
-    {"Main window", ";Height"},
-    {" listing ", "Decimal places"},
-    {"Listing", "FontName"},
-    {"Listing", "FontSize"},
-    {"Listing", "Sign"},
-    {"Listing", "Lat/Long"},
-    {"Listing", "New key"},
-    {"Plot", "Power break 1"},
-    {"Plot", "Dot size"},
-    {"Plot", "Channel"},
-    {"Plot scale", "TL X"},
-    {"Plot scale", "TL Lat"},
-    {"Plot scale", "BR Lat"},
-    {"Plot scale", "Confirm"},
-    {"General", "Record Interval Seconds"},
-    {"General", "Autosave Interval"},
-    {"General", "PC Port"},
-    {"General", "[Port"},
-    {"Port", "PC Port"},
-    {"GPS Set", "Lat N/S"},
-    {"GPS Set", "UTC Offset"},
-    {"GPS Set", "Long E/W"},
-    {"", "junk before"},
-    {"", "; comment"},
-    {"", "Top"},
-    {"New Section", "K"},
-    {"Nope", "Width"},
+    {"Main window", "Origin X"}, {"MAIN WINDOW", "width"}, {"Main window", "Height"},
+    {"Main window", "Maximised"}, {"Main window", ";Height"}, {" listing ", "Decimal places"},
+    {"Listing", "FontName"}, {"Listing", "FontSize"}, {"Listing", "Sign"}, {"Listing", "Lat/Long"},
+    {"Listing", "New key"}, {"Plot", "Power break 1"}, {"Plot", "Dot size"}, {"Plot", "Channel"},
+    {"Plot scale", "TL X"}, {"Plot scale", "TL Lat"}, {"Plot scale", "BR Lat"},
+    {"Plot scale", "Confirm"}, {"General", "Record Interval Seconds"},
+    {"General", "Autosave Interval"}, {"General", "PC Port"}, {"General", "[Port"},
+    {"Port", "PC Port"}, {"GPS Set", "Lat N/S"}, {"GPS Set", "UTC Offset"}, {"GPS Set", "Long E/W"},
+    {"", "junk before"}, {"", "; comment"}, {"", "Top"}, {"New Section", "K"}, {"Nope", "Width"},
     {"Main window", "Nope"},
 };
+// clang-format on
 
 // Compares every query read by the stand-in from one file with the real calls
 // on another.
@@ -444,17 +363,14 @@ TEST(IniFile, MatchesTheWindowsProfileCalls) {
         const char* key;
         const char* value;
     };
+    // clang-format off
     const Write writes[] = {
-        {"Main window", "Width", "640"},
-        {"LISTING", "fontname", " Arial Black "},
-        {"Listing", "New key", "1"},
-        {"New Section", "K", "v"},
-        {"main window", "Maximised", "1"},
-        {"General", "Record Interval Seconds", "15"},
-        {"Plot scale", "TL Lat", "'3'"},
-        {"Port", "PC Port", "COM2"},
-        {"", "Top", "1"},
+        {"Main window", "Width", "640"}, {"LISTING", "fontname", " Arial Black "},
+        {"Listing", "New key", "1"}, {"New Section", "K", "v"}, {"main window", "Maximised", "1"},
+        {"General", "Record Interval Seconds", "15"}, {"Plot scale", "TL Lat", "'3'"},
+        {"Port", "PC Port", "COM2"}, {"", "Top", "1"},
     };
+    // clang-format on
     ScratchFiles files;
     for (size_t c = 0; c <= sizeof contents / sizeof contents[0]; c++) {
         SCOPED_TRACE("file " + std::to_string(c));

@@ -47,16 +47,7 @@ protected:
 
     void TearDown() override { remove(path.c_str()); }
 
-    std::string Contents(const char* mode = "r") const {
-        std::string text;
-        FILE* f = fopen(path.c_str(), mode);
-        if (f == nullptr) return "<missing>";
-        char buffer[512];
-        size_t n;
-        while ((n = fread(buffer, 1, sizeof buffer, f)) > 0) text.append(buffer, n);
-        fclose(f);
-        return text;
-    }
+    std::string Contents(const char* mode = "r") const { return ReadFileBytes(path, mode); }
 };
 
 TEST_F(ListingFile, Lines) {

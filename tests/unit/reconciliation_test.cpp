@@ -11,40 +11,16 @@
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
 
-#ifdef _WIN32
-#include <process.h>
-#define getpid _getpid
-#else
-#include <unistd.h>
-#endif
-
 namespace {
 
-std::string TempPath(const char* name) { return TempTestPath(name); }
+std::string TempPath(const char* name) {
+    return TempTestPath(name);
+}
 
 // A calibration file of two points, (0, 0.0) and (255, top).
 std::string WriteCalibration(const char* name, float top) {
     std::string path = TempPath(name);
-    FILE* f = fopen(path.c_str(), "wb");
-    if (f == nullptr) return path;
-    fwrite("[VELDOR - cal file v1.0]", 1, 25, f);
-    const unsigned char count[4] = {2, 0, 0, 0};
-    fwrite(count, 1, 4, f);
-    const float values[2] = {0.0f, top};
-    for (int i = 0; i < 2; i++) {
-        uint32_t bits;
-        memcpy(&bits, &values[i], 4);
-        const unsigned char point[8] = {(unsigned char)(i ? 255 : 0),
-                                        0,
-                                        0,
-                                        0,
-                                        (unsigned char)bits,
-                                        (unsigned char)(bits >> 8),
-                                        (unsigned char)(bits >> 16),
-                                        (unsigned char)(bits >> 24)};
-        fwrite(point, 1, 8, f);
-    }
-    fclose(f);
+    WriteFileBytes(path, CalFileBytes(2, {{0, 0.0f}, {255, top}}));
     return path;
 }
 
@@ -159,10 +135,7 @@ TEST_F(Reconciliation, LoadWithFourChannelsOnOneFileReadsItFourTimes) {
     // A file that opens but is no calibration file: the reader's message, the
     // old curve stays, the key has the new name already.
     std::string bogus = TempPath("bogus.cal");
-    FILE* f = fopen(bogus.c_str(), "wb");
-    ASSERT_NE(nullptr, f);
-    fputs("not a curve", f);
-    fclose(f);
+    ASSERT_EQ(1, WriteFileBytes(bogus, "not a curve"));
     SetStored(1, bogus);
     fake.answers = {1};
     fake.messageBoxes.clear();

@@ -146,17 +146,27 @@ TEST_F(RecordFilter, TrackingAndTags) {
 }
 
 TEST_F(RecordFilter, LimitTexts) {
-    EXPECT_EQ(-123, ParseFilterPositionLimit("  -123abc"));
-    EXPECT_EQ(0, ParseFilterPositionLimit("- 5"));
-    EXPECT_EQ(12, ParseFilterPositionLimit("12.9"));
-    EXPECT_EQ(INT32_MIN, ParseFilterPositionLimit("-99999999999"));
-    EXPECT_EQ(123, ParseFilterPositionLimit("                    1234"));  // 23 characters
-    EXPECT_FLOAT_EQ(12.9f, ParseFilterReadingLimit(" 12.9xyz"));
-    EXPECT_EQ(100.0f, ParseFilterReadingLimit("1e2"));
-    EXPECT_EQ(-0.5f, ParseFilterReadingLimit("-.5"));
-    EXPECT_EQ(3.0f, ParseFilterReadingLimit("3e"));
-    EXPECT_EQ(0.0f, ParseFilterReadingLimit("0x10"));
-    EXPECT_EQ(0.0f, ParseFilterReadingLimit("nan"));
+    const struct {
+        const char* text;
+        int32_t position;
+        float reading;
+    } cases[] = {
+        {"  -123abc", -123, -123.0f},
+        {"- 5", 0, 0.0f},
+        {"12.9", 12, 12.9f},
+        {" 12.9xyz", 12, 12.9f},
+        {"-99999999999", INT32_MIN, -99999999999.0f},
+        {"                    1234", 123, 123.0f},  // 23 characters are read
+        {"1e2", 1, 100.0f},
+        {"-.5", 0, -0.5f},
+        {"3e", 3, 3.0f},
+        {"0x10", 0, 0.0f},
+        {"nan", 0, 0.0f},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.position, ParseFilterPositionLimit(c.text)) << c.text;
+        EXPECT_EQ(FloatBits(c.reading), FloatBits(ParseFilterReadingLimit(c.text))) << c.text;
+    }
 }
 
 }  // namespace

@@ -52,17 +52,13 @@ TEST_F(RecordingEngine, TimeModeStoresEveryIntervalTicks) {
 }
 
 TEST_F(RecordingEngine, StoreGauge) {
-    Tick(1);
-    EXPECT_EQ("0 %", fake.pane[2]);
-    recordCount = 2000;
-    Tick(1);
-    EXPECT_EQ("12.50 %", fake.pane[2]);
-    recordCount = 1;
-    Tick(1);
-    EXPECT_EQ("0.01 %", fake.pane[2]);
-    recordCount = 16000;
-    Tick(1);
-    EXPECT_EQ("100.00 %", fake.pane[2]);
+    const std::pair<int, const char*> gauges[] = {
+        {0, "0 %"}, {2000, "12.50 %"}, {1, "0.01 %"}, {16000, "100.00 %"}};
+    for (const auto& g : gauges) {
+        recordCount = g.first;
+        Tick(1);
+        EXPECT_EQ(g.second, fake.pane[2]);
+    }
 }
 
 TEST_F(RecordingEngine, DistanceMode) {

@@ -28,11 +28,6 @@ protected:
         // No Default.cal there: every channel takes the two-point curve.
         snprintf(appDirectory, sizeof appDirectory, "%s", "no-such-folder-for-veldor");
     }
-    static std::string Setting(const char* section, const char* key) {
-        char text[64];
-        ProfileGetString(section, key, "<absent>", text, sizeof text, settingsPath);
-        return text;
-    }
 };
 
 TEST_F(Startup, EmptySettingsGiveTheDefaults) {
@@ -50,33 +45,34 @@ TEST_F(Startup, EmptySettingsGiveTheDefaults) {
 
     EXPECT_EQ(0, recordCount);
     EXPECT_STREQ("", dataFileName);
-    EXPECT_EQ(12, commsWatchdogTicks);
-    EXPECT_EQ(5, keepAliveTicks);
-    EXPECT_EQ(0, liveState.dataValidTicks);
-    EXPECT_EQ(0, liveState.gpsStatus);
     EXPECT_EQ(STATUS_LOAD_STORED | STATUS_CHECK_STORED | STATUS_INCREMENT_CHANNEL, statusFlags);
-
-    EXPECT_EQ(2, ScreenFormat.latLongMode);
-    EXPECT_EQ(1, ScreenFormat.signMode);
-    EXPECT_EQ(1, ScreenFormat.readingMode);
-    EXPECT_EQ(0, chartChannel);
-    EXPECT_EQ(0, plotChannel);
-    EXPECT_EQ(5, recordIntervalSeconds);
-    EXPECT_EQ(500, recordIntervalMeters);
-    EXPECT_EQ(5, recordingParams.intervalSeconds);
-    EXPECT_EQ(500, recordingParams.intervalMeters);
-    EXPECT_EQ(5, autosaveMinutes);
-    EXPECT_EQ(1000, maxPlotTime);
-    EXPECT_EQ(10, tzrChannelCount);
-    EXPECT_EQ(6371, EarthRadiusKm);
-    EXPECT_FLOAT_EQ(80.0f, powerBreak[0]);
-    EXPECT_FLOAT_EQ(60.0f, powerBreak[1]);
-    EXPECT_FLOAT_EQ(40.0f, powerBreak[2]);
-    EXPECT_EQ(5, dotSize);
+    // Link timers and live state; formats and channels; intervals; plot; input channel.
+    EXPECT_EQ(
+        std::vector<int>({12, 5, 0, 0, 2, 1, 1, 0, 0, 5, 500, 5, 500, 5, 1000, 10, 6371, 5, 0, 0}),
+        std::vector<int>({commsWatchdogTicks,
+                          keepAliveTicks,
+                          liveState.dataValidTicks,
+                          liveState.gpsStatus,
+                          ScreenFormat.latLongMode,
+                          ScreenFormat.signMode,
+                          ScreenFormat.readingMode,
+                          chartChannel,
+                          plotChannel,
+                          recordIntervalSeconds,
+                          recordIntervalMeters,
+                          recordingParams.intervalSeconds,
+                          recordingParams.intervalMeters,
+                          autosaveMinutes,
+                          maxPlotTime,
+                          tzrChannelCount,
+                          EarthRadiusKm,
+                          dotSize,
+                          currentInputChannel,
+                          recordingParams.inputChannel}));
+    EXPECT_EQ(std::vector<float>({80.0f, 60.0f, 40.0f}),
+              std::vector<float>(powerBreak, powerBreak + 3));
     EXPECT_EQ(MakeColour(0, 0, 255), PlotColourHigh);
     EXPECT_EQ(MakeColour(0, 0, 0), PlotColourNone);
-    EXPECT_EQ(0, currentInputChannel);
-    EXPECT_EQ(0, recordingParams.inputChannel);
     EXPECT_STREQ("Ch 1", channelLabels[0]);
     EXPECT_STREQ("Ch 4", channelLabels[3]);
 
@@ -110,49 +106,43 @@ TEST_F(Startup, StoredKeysAreTaken) {
     SetInitialValues();
     ReadStartupSettings();
 
-    EXPECT_EQ(4, ScreenFormat.latLongMode);
-    EXPECT_EQ(2, chartChannel);
-    EXPECT_EQ(3, plotChannel);
-    EXPECT_EQ(1, recordIntervalSeconds);
-    EXPECT_EQ(1, recordingParams.intervalSeconds);
-    EXPECT_EQ(6, tzrChannelCount);
-    EXPECT_TRUE(statusFlags & STATUS_DISTANCE_INTERVAL);
-    EXPECT_TRUE(statusFlags & STATUS_AVERAGING);  // any value but 0 sets a flag
-    EXPECT_FALSE(statusFlags & STATUS_LOAD_STORED);
-    EXPECT_TRUE(statusFlags & STATUS_TZR_MODE);
-    EXPECT_FALSE(statusFlags & STATUS_AR3000A_MODE);
+    EXPECT_EQ(
+        std::vector<int>({4, 2, 3, 1, 1, 6, 7, 3, 3}),
+        std::vector<int>({ScreenFormat.latLongMode, chartChannel, plotChannel,
+                          recordIntervalSeconds, recordingParams.intervalSeconds, tzrChannelCount,
+                          dotSize, currentInputChannel, recordingParams.inputChannel}));
     EXPECT_FLOAT_EQ(55.5f, powerBreak[1]);
-    EXPECT_EQ(7, dotSize);
-    EXPECT_EQ(3, currentInputChannel);
-    EXPECT_EQ(3, recordingParams.inputChannel);
+    // Any value but 0 sets a flag.
+    EXPECT_EQ(STATUS_DISTANCE_INTERVAL | STATUS_AVERAGING | STATUS_TZR_MODE,
+              statusFlags & (STATUS_DISTANCE_INTERVAL | STATUS_AVERAGING | STATUS_LOAD_STORED |
+                             STATUS_TZR_MODE | STATUS_AR3000A_MODE));
 }
 
 TEST_F(Startup, FirstRunLayoutHappensOnceOnlyWhenAskedFor) {
     EXPECT_EQ(0, TakeFirstRunLayout());
-    EXPECT_EQ("<absent>", Setting("Setup", "Status"));
+    EXPECT_EQ("<absent>", StoredSetting("Setup", "Status"));
     WriteSetting(KeySetupStatus, "1");
     EXPECT_EQ(1, TakeFirstRunLayout());
-    EXPECT_EQ("2", Setting("Setup", "Status"));
+    EXPECT_EQ("2", StoredSetting("Setup", "Status"));
     EXPECT_EQ(0, TakeFirstRunLayout());
 }
 
 TEST_F(Startup, FrameIsKeptOnTheScreen) {
-    FramePlace p = PlaceFrame({-100, -5, 400, 300}, 1024, 768);
-    EXPECT_EQ(0, p.x);
-    EXPECT_EQ(0, p.y);
-    EXPECT_EQ(400, p.width);
-    p = PlaceFrame({900, 600, 300, 200}, 1024, 768);
-    EXPECT_EQ(724, p.x);
-    EXPECT_EQ(568, p.y);
-    p = PlaceFrame({10, 20, 300, 200}, 1024, 768);
-    EXPECT_EQ(10, p.x);
-    EXPECT_EQ(20, p.y);
-    // Nothing stored: the origin is pulled to 0 and the size left to the system.
-    p = PlaceFrame({SettingNotStored, SettingNotStored, SettingNotStored, SettingNotStored},
-                   1024, 768);
-    EXPECT_EQ(0, p.x);
-    EXPECT_EQ(0, p.y);
-    EXPECT_EQ(SettingNotStored, p.width);
+    const int none = SettingNotStored;
+    const struct {
+        FramePlace stored;
+        int x, y, width;
+    } cases[] = {
+        {{-100, -5, 400, 300}, 0, 0, 400},
+        {{900, 600, 300, 200}, 724, 568, 300},
+        {{10, 20, 300, 200}, 10, 20, 300},
+        // Nothing stored: the origin is pulled to 0 and the size left to the system.
+        {{none, none, none, none}, 0, 0, none},
+    };
+    for (const auto& c : cases) {
+        FramePlace p = PlaceFrame(c.stored, 1024, 768);
+        EXPECT_EQ(std::vector<int>({c.x, c.y, c.width}), std::vector<int>({p.x, p.y, p.width}));
+    }
 }
 
 TEST_F(Startup, ExitWritesWindowStateByFrameState) {
@@ -161,31 +151,26 @@ TEST_F(Startup, ExitWritesWindowStateByFrameState) {
     chartChannel = 2;
     plotChannel = 0;
     WriteSetting(KeyMainOriginX, "33");
-
-    FrameExitState state{0, 1, {1, 2, 3, 4}};
-    WriteExitSettings(state);
-    EXPECT_EQ("1", Setting("Main window", "Show listing"));
-    EXPECT_EQ("0", Setting("Main window", "Show plot"));
-    EXPECT_EQ("0", Setting("Main window", "Show chart"));
-    EXPECT_EQ("1", Setting("Main window", "Show tags"));
-    EXPECT_EQ("3", Setting("Chart", "Channel"));
-    EXPECT_EQ("1", Setting("Plot", "Channel"));
-    EXPECT_EQ("1", Setting("Main window", "Maximised"));
-    EXPECT_EQ("33", Setting("Main window", "Origin X"));  // kept while maximised
-    EXPECT_EQ("<absent>", Setting("Main window", "Width"));
-
-    state = FrameExitState{1, 0, {1, 2, 3, 4}};
-    WriteExitSettings(state);
-    EXPECT_EQ("1", Setting("Main window", "Maximised"));  // minimised: untouched
-    EXPECT_EQ("33", Setting("Main window", "Origin X"));
-
-    state = FrameExitState{0, 0, {-4, 12, 640, 480}};
-    WriteExitSettings(state);
-    EXPECT_EQ("0", Setting("Main window", "Maximised"));
-    EXPECT_EQ("-4", Setting("Main window", "Origin X"));
-    EXPECT_EQ("12", Setting("Main window", "Origin Y"));
-    EXPECT_EQ("640", Setting("Main window", "Width"));
-    EXPECT_EQ("480", Setting("Main window", "Height"));
+    auto place = [] {
+        std::vector<std::string> values;
+        for (const char* key : {"Maximised", "Origin X", "Origin Y", "Width", "Height"})
+            values.push_back(StoredSetting("Main window", key));
+        return values;
+    };
+    using Texts = std::vector<std::string>;
+    WriteExitSettings(FrameExitState{0, 1, {1, 2, 3, 4}});
+    EXPECT_EQ(Texts({"1", "0", "0", "1", "3", "1"}),
+              Texts({StoredSetting("Main window", "Show listing"),
+                     StoredSetting("Main window", "Show plot"),
+                     StoredSetting("Main window", "Show chart"),
+                     StoredSetting("Main window", "Show tags"), StoredSetting("Chart", "Channel"),
+                     StoredSetting("Plot", "Channel")}));
+    // Maximised: the place is kept; minimised: untouched.
+    EXPECT_EQ(Texts({"1", "33", "<absent>", "<absent>", "<absent>"}), place());
+    WriteExitSettings(FrameExitState{1, 0, {1, 2, 3, 4}});
+    EXPECT_EQ(Texts({"1", "33", "<absent>", "<absent>", "<absent>"}), place());
+    WriteExitSettings(FrameExitState{0, 0, {-4, 12, 640, 480}});
+    EXPECT_EQ(Texts({"0", "-4", "12", "640", "480"}), place());
 }
 
 TEST_F(Startup, AskToSaveOnlyWhenChangedAndSavesOnYes) {

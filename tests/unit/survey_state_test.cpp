@@ -120,9 +120,7 @@ TEST_F(SurveyState, FullStoreStoresTheLastRowAndRefusesLater) {
 }
 
 TEST_F(SurveyState, ListingFollowsTheEndAndRepaints) {
-    fake.windowExists[WINDOW_LISTING] = true;
-    fake.windowExists[WINDOW_PLOT] = true;
-    fake.windowExists[WINDOW_CHART] = true;
+    for (int w : {WINDOW_LISTING, WINDOW_PLOT, WINDOW_CHART}) fake.windowExists[w] = true;
     listingRowCount = 10;
     listingTopIndex = -9;  // following an empty store
     AddRecord(RECORD_KIND_LIVE);
@@ -189,12 +187,9 @@ TEST_F(SurveyState, RemoveRecordTagsKeepsTagsOnTheirRecords) {
     tagCount = 6;
     RemoveRecordTags(5);
     ASSERT_EQ(3, tagCount);
-    EXPECT_EQ(3, tagRecord[0]);
-    EXPECT_STREQ("t0", tagText[0]);
-    EXPECT_EQ(8, tagRecord[1]);
-    EXPECT_STREQ("t3", tagText[1]);
-    EXPECT_EQ(1, tagRecord[2]);
-    EXPECT_STREQ("t4", tagText[2]);
+    EXPECT_EQ(std::vector<int>({3, 8, 1}), std::vector<int>(tagRecord, tagRecord + 3));
+    EXPECT_EQ(std::vector<std::string>({"t0", "t3", "t4"}),
+              std::vector<std::string>(tagText, tagText + 3));
 }
 
 }  // namespace

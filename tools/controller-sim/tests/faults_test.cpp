@@ -15,7 +15,7 @@ std::string Join(const std::vector<Piece>& pieces) {
     return all;
 }
 
-TEST(SimFaults, NoFaultsWritesTheFrameAsIs) {
+TEST(SimFaults, NoFaultsWritesTheFrameAsIsAndLineFeedFollowsIt) {
     FaultInjector faults(FaultConfig(), 1);
     std::string what = "x";
     const std::vector<Piece> pieces = faults.Apply("#KA:A0\r", &what);
@@ -23,6 +23,10 @@ TEST(SimFaults, NoFaultsWritesTheFrameAsIs) {
     EXPECT_EQ(pieces[0].bytes, "#KA:A0\r");
     EXPECT_EQ(pieces[0].delayMs, 0);
     EXPECT_EQ(what, "");
+    FaultConfig config;
+    config.lfAfterCr = true;
+    FaultInjector lf(config, 1);
+    EXPECT_EQ(Join(lf.Apply("#KA:A0\r", nullptr)), "#KA:A0\r\n");
 }
 
 TEST(SimFaults, BadCheckOnEveryNthFrame) {
@@ -54,13 +58,6 @@ TEST(SimFaults, GarbageBeforeTheFrame) {
         EXPECT_EQ(garbage.find('\r'), std::string::npos);
         EXPECT_EQ(garbage.find('\0'), std::string::npos);
     }
-}
-
-TEST(SimFaults, LineFeedAfterCarriageReturn) {
-    FaultConfig config;
-    config.lfAfterCr = true;
-    FaultInjector faults(config, 1);
-    EXPECT_EQ(Join(faults.Apply("#KA:A0\r", nullptr)), "#KA:A0\r\n");
 }
 
 TEST(SimFaults, SplitIntoPiecesWithSmallDelays) {

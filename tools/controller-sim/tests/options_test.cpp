@@ -34,44 +34,16 @@ TEST(SimOptions, Defaults) {
 TEST(SimOptions, AllOptions) {
     Options o;
     std::string error;
-    ASSERT_TRUE(Parse({"--link",
-                       "/tmp/com1",
-                       "--period-ms",
-                       "100",
-                       "--start-lat=-1000",
-                       "--start-lon",
-                       "2000",
-                       "--speed",
-                       "2.5",
-                       "--seed",
-                       "77",
-                       "--duration",
-                       "1.5",
-                       "--log",
-                       "/tmp/l",
-                       "--record-file",
-                       "/tmp/r",
-                       "--self-test",
-                       "6 0x0180",
-                       "--gps-status",
-                       "16",
-                       "--keep-alive-ms",
-                       "300",
-                       "--no-st",
-                       "--bad-check-every",
-                       "5",
-                       "--garbage-every",
-                       "7",
-                       "--split",
-                       "--lf-after-cr",
-                       "--silence-after",
-                       "2",
-                       "--silence-for",
-                       "0.5",
-                       "--flood-na",
-                       "6",
-                       "--verbose"},
-                      &o, &error))
+    // clang-format off
+    const char* all[] = {"--link", "/tmp/com1", "--period-ms", "100", "--start-lat=-1000",
+                         "--start-lon", "2000", "--speed", "2.5", "--seed", "77", "--duration",
+                         "1.5", "--log", "/tmp/l", "--record-file", "/tmp/r", "--self-test",
+                         "6 0x0180", "--gps-status", "16", "--keep-alive-ms", "300", "--no-st",
+                         "--bad-check-every", "5", "--garbage-every", "7", "--split",
+                         "--lf-after-cr", "--silence-after", "2", "--silence-for", "0.5",
+                         "--flood-na", "6", "--verbose"};
+    // clang-format on
+    ASSERT_TRUE(Parse(std::vector<const char*>(all, all + sizeof all / sizeof all[0]), &o, &error))
         << error;
     EXPECT_EQ(o.link, "/tmp/com1");
     EXPECT_EQ(o.sim.route.periodMs, 100);
@@ -100,15 +72,12 @@ TEST(SimOptions, AllOptions) {
 TEST(SimOptions, Mistakes) {
     Options o;
     std::string error;
-    EXPECT_FALSE(Parse({"--bogus"}, &o, &error));
-    EXPECT_FALSE(Parse({"--period-ms"}, &o, &error));
-    EXPECT_FALSE(Parse({"--period-ms", "abc"}, &o, &error));
-    EXPECT_FALSE(Parse({"--period-ms", "0"}, &o, &error));
-    EXPECT_FALSE(Parse({"--seed", "-1"}, &o, &error));
-    EXPECT_FALSE(Parse({"--self-test", "8"}, &o, &error));
-    EXPECT_FALSE(Parse({"--self-test", "8 0 1"}, &o, &error));
-    EXPECT_FALSE(Parse({"--split=1"}, &o, &error));
-    EXPECT_FALSE(Parse({"--link", "a", "--device", "b"}, &o, &error));
+    const std::vector<const char*> mistakes[] = {
+        {"--bogus"},          {"--period-ms"},          {"--period-ms", "abc"},
+        {"--period-ms", "0"}, {"--seed", "-1"},         {"--self-test", "8"},
+        {"--split=1"},        {"--self-test", "8 0 1"}, {"--link", "a", "--device", "b"},
+    };
+    for (const auto& m : mistakes) EXPECT_FALSE(Parse(m, &o, &error)) << m[0];
     EXPECT_NE(error.find("--device"), std::string::npos);
     EXPECT_TRUE(Parse({"--help"}, &o, &error));
     EXPECT_TRUE(o.help);

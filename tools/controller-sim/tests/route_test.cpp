@@ -6,55 +6,40 @@
 namespace ctlsim {
 namespace {
 
-TEST(SimRoute, StartsAtTheStartPoint) {
+TEST(SimRoute, StartsAtTheStartPointAndMowsTheLawn) {
     RouteConfig config;
     RouteModel route(config);
     const Sample first = route.SampleAt(0);
     EXPECT_EQ(first.latitude, 185400000);
     EXPECT_EQ(first.longitude, -3600000);
-
-    config.startLatitude = 0;
-    config.startLongitude = 0;
-    RouteModel equator(config);
-    EXPECT_EQ(equator.SampleAt(0).latitude, 0);
-}
-
-TEST(SimRoute, DrivesTenMetresPerSecondEastFirst) {
-    RouteConfig config;
-    RouteModel route(config);
-    const Offset offset = route.OffsetOfSample(1);
-    EXPECT_DOUBLE_EQ(offset.northM, 0.0);
-    EXPECT_DOUBLE_EQ(offset.eastM, 10.0);
+    // Ten metres a second, east first: 10 m east at 51.5 N is
+    // 10 / (111320 * cos 51.5) degrees, about 520 ms of arc.
     const Sample second = route.SampleAt(1);
     EXPECT_EQ(second.latitude, 185400000);
-    // 10 m east at 51.5 N: 10 / (111320 * cos 51.5) degrees = about 520 ms of arc.
+    EXPECT_DOUBLE_EQ(route.OffsetOfSample(1).eastM, 10.0);
+    EXPECT_DOUBLE_EQ(route.OffsetOfSample(1).northM, 0.0);
     EXPECT_NEAR(second.longitude - (-3600000), 520, 3);
-}
-
-TEST(SimRoute, LawnMowerPattern) {
-    RouteConfig config;
-    RouteModel route(config);
-    // End of the first lane, the leg north, the second lane westward.
-    Offset o = route.OffsetAt(600.0);
-    EXPECT_DOUBLE_EQ(o.eastM, 600.0);
-    EXPECT_DOUBLE_EQ(o.northM, 0.0);
-    o = route.OffsetAt(625.0);
-    EXPECT_DOUBLE_EQ(o.eastM, 600.0);
-    EXPECT_DOUBLE_EQ(o.northM, 25.0);
-    o = route.OffsetAt(650.0 + 100.0);
-    EXPECT_DOUBLE_EQ(o.eastM, 500.0);
-    EXPECT_DOUBLE_EQ(o.northM, 50.0);
-    // Far end, then back along the same path.
+    // The first lane, its end, the leg north, the second lane westward.
     const double length = route.PatternLength();
     EXPECT_DOUBLE_EQ(length, 8 * 600.0 + 7 * 50.0);
-    o = route.OffsetAt(length);
-    EXPECT_DOUBLE_EQ(o.northM, 350.0);
-    EXPECT_DOUBLE_EQ(o.eastM, 0.0);
+    const struct {
+        double at, east, north;
+    } points[] = {
+        {600.0, 600.0, 0.0}, {625.0, 600.0, 25.0}, {750.0, 500.0, 50.0}, {length, 0.0, 350.0}};
+    for (const auto& p : points) {
+        const Offset o = route.OffsetAt(p.at);
+        EXPECT_DOUBLE_EQ(o.eastM, p.east) << p.at;
+        EXPECT_DOUBLE_EQ(o.northM, p.north) << p.at;
+    }
+    config.startLatitude = 0;
+    config.startLongitude = 0;
+    EXPECT_EQ(RouteModel(config).SampleAt(0).latitude, 0);
+    // Far end, then back along the same path.
     const Offset before = route.OffsetAt(length - 123.0);
     const Offset after = route.OffsetAt(length + 123.0);
     EXPECT_DOUBLE_EQ(before.northM, after.northM);
     EXPECT_DOUBLE_EQ(before.eastM, after.eastM);
-    o = route.OffsetAt(2 * length);
+    const Offset o = route.OffsetAt(2 * length);
     EXPECT_NEAR(o.northM, 0.0, 1e-9);
     EXPECT_NEAR(o.eastM, 0.0, 1e-9);
     // Always inside the pattern.
