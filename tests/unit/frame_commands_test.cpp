@@ -8,7 +8,7 @@
 
 #include "fake_platform.h"
 #include "resources/resource_ids.h"
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"
 

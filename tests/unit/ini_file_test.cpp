@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "fake_platform.h"
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
 #include "storage/settings_file.h"
 
 #ifdef _WIN32

@@ -9,7 +9,7 @@
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
 #include "resources/resource_ids.h"
-#include "shell/app_paths.h"
+#include "base/app_paths.h"
 #include "storage/colours_file.h"
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
