@@ -318,4 +318,55 @@ e2e_check_answering() {
   if grep -q ' HUNG$' "$STATUS_LOG"; then e2e_fail "the program stopped answering at some point"; fi
 }
 
+# The layout of the scenarios that look at the views: the frame maximised,
+# the Listing top left with the Chart under it, the Plot on the right; the
+# Tags window shown with 1.
+e2e_view_layout() {
+  e2e_settings <<EOF
+Main window|Maximised|1
+Main window|Show tags|${1:-0}
+Listing|Origin X|0
+Listing|Origin Y|0
+Listing|Width|560
+Listing|Height|400
+Chart|Origin X|0
+Chart|Origin Y|400
+Chart|Width|560
+Chart|Height|260
+Plot|Origin X|560
+Plot|Origin Y|0
+Plot|Width|460
+Plot|Height|660
+EOF
+}
+# e2e_open_survey FILE: File > Open through the file dialog, then waits for
+# the title to name it.
+e2e_open_survey() {
+  e2e_key ctrl+o
+  e2e_expect "no file dialog \"Open Data File\"" -t 15 window="Open Data File"
+  e2e_type "$(e2e_winpath "$1")"
+  e2e_key Return
+  e2e_expect "$(basename "$1") is not shown loaded" -t 20 nowindow="Open Data File" \
+    "caption=VELDOR [ $(basename "$1") ]"
+}
+# e2e_view_shot NAME: a screenshot once the windows have painted, with the
+# probe's view of the window places beside it (NAME.probe).
+e2e_view_shot() {
+  sleep 1
+  e2e_wait -t 5 enabled=1 || true
+  e2e_shot "$1"
+  cp "$ART/last_probe.txt" "$ART/$1.probe"
+}
+# e2e_client_point CLASS X Y: the screen point of a client point of a child
+# window, from the probe's last look.
+e2e_client_point() {
+  local origin
+  origin="$(sed -n "s/^client=$1|\([0-9-]*\),\([0-9-]*\),.*/\1 \2/p" "$ART/last_probe.txt")"
+  [ -n "$origin" ] || e2e_fail "no $1 window"
+  set -- $origin "$2" "$3"
+  echo "$(($1 + $3)) $(($2 + $4))"
+}
+# e2e_click CLASS X Y [BUTTON]
+e2e_click() { xdotool mousemove $(e2e_client_point "$1" "$2" "$3") click "${4:-1}"; }
+
 e2e_link_ports

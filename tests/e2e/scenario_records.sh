@@ -186,11 +186,7 @@ e2e_start_program
 e2e_close_signon
 e2e_focus
 
-e2e_key ctrl+o
-e2e_expect "no file dialog \"Open Data File\"" -t 15 window="Open Data File"
-e2e_type "$(e2e_winpath "$DAT")"
-e2e_key Return
-e2e_expect "the survey is not shown loaded" -t 20 nowindow="Open Data File" "caption=VELDOR [ survey.DAT ]"
+e2e_open_survey "$DAT"
 
 shot() { sleep 0.5; e2e_shot "$1"; }
 # The settings file's bytes now, to compare after a dialog that must not write.

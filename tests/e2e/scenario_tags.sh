@@ -46,14 +46,6 @@ expect_tags() {
   [ "$got" = "$want" ] || e2e_fail "$what: the file's tags are [$got], expected [$want]"
 }
 
-# shot NAME: a screenshot once the windows have painted, with the probe's
-# view of the window places beside it.
-shot() {
-  sleep 1
-  e2e_wait -t 5 enabled=1 || true
-  e2e_shot "$1"
-  cp "$ART/last_probe.txt" "$ART/$1.probe"
-}
 # The Text Tags window lays out its list and buttons in a unit of a quarter
 # of the dialog base width: 176 units make the window's width.
 tags_point() {
@@ -92,21 +84,8 @@ save() {
 }
 
 e2e_fresh_settings
+e2e_view_layout 1
 e2e_settings <<EOF
-Main window|Maximised|1
-Main window|Show tags|1
-Listing|Origin X|0
-Listing|Origin Y|0
-Listing|Width|560
-Listing|Height|400
-Chart|Origin X|0
-Chart|Origin Y|400
-Chart|Width|560
-Chart|Height|260
-Plot|Origin X|560
-Plot|Origin Y|0
-Plot|Width|460
-Plot|Height|660
 Text Tags|Origin X|0
 Text Tags|Origin Y|400
 EOF
@@ -114,19 +93,15 @@ e2e_start_program
 e2e_close_signon
 e2e_focus
 
-e2e_key ctrl+o
-e2e_expect "no file dialog \"Open Data File\"" -t 15 window="Open Data File"
-e2e_type "$(e2e_winpath "$DAT")"
-e2e_key Return
-e2e_expect "the survey is not shown loaded" -t 20 nowindow="Open Data File" "caption=VELDOR [ tags.DAT ]"
-shot opened
+e2e_open_survey "$DAT"
+e2e_view_shot opened
 
 # ---- F5: new tags -------------------------------------------------------------------------------------
 # The probe cannot read an edit of another program, so what a dialog offers
 # is proved by taking it with OK.
 e2e_key F5
 e2e_expect "F5 did not open \"Add/Edit Tag Text\"" -t 10 window="Add/Edit Tag Text"
-shot add_dialog
+e2e_view_shot add_dialog
 e2e_key Tab
 e2e_type "Last one"
 e2e_key Return
@@ -143,7 +118,7 @@ e2e_key shift+Tab
 e2e_type "11"
 e2e_key Return
 e2e_expect "OK with index 11 did not close the dialog" -t 10 nowindow="Add/Edit Tag Text"
-shot added
+e2e_view_shot added
 e2e_key alt+f
 e2e_expect "the File menu did not open" -t 5 window=
 e2e_key a
@@ -159,7 +134,7 @@ e2e_pass "F5: the last record offered, index 0 refused in silence, the tag on re
 select_line 2
 button 58
 e2e_expect "Edit did not open \"Add/Edit Tag Text\"" -t 10 window="Add/Edit Tag Text"
-shot edit_dialog
+e2e_view_shot edit_dialog
 e2e_key Return
 e2e_expect "OK on the third line's tag as offered did not close the dialog" -t 10 nowindow="Add/Edit Tag Text"
 select_line 2
@@ -178,7 +153,7 @@ e2e_pass "Edit: the third line's tag offered as it was, then moved to record 12 
 # ---- Show the fourth line -----------------------------------------------------------------------------
 select_line 3
 button 7
-shot shown
+e2e_view_shot shown
 $VIEWS plot "$ART/shown.png" "$ART/shown.probe" "$DAT" --channel 0 --cross 47 >>"$ART/pixels.txt" 2>&1 ||
   e2e_fail "Show did not put the cross hair on record 48: $(tail -1 "$ART/pixels.txt")"
 e2e_pass "Show: the Plot's cross hair on record 48"
@@ -191,7 +166,7 @@ button 75
 save
 expect_tags "$SAVED" "after Delete" "0:Tag at record 1" "5:Tag at record 6" "47:Tag at record 48" \
   "150:Tag at record 151" "299:Tag at record 300"
-shot deleted
+e2e_view_shot deleted
 e2e_pass "Delete: the tags on record 12 and the second on record 300 gone from the file"
 
 # ---- F4: manual readings --------------------------------------------------------------------------------
@@ -199,7 +174,7 @@ e2e_pass "Delete: the tags on record 12 and the second on record 300 gone from t
 e2e_mark
 e2e_key F4
 e2e_expect "F4 did not open \"Take Manual Reading\"" -t 10 window="Take Manual Reading"
-shot manual_dialog
+e2e_view_shot manual_dialog
 e2e_wait_status "Take manual reading" 5 || e2e_fail "no \"Take manual reading\""
 e2e_key Return
 e2e_expect "OK did not close \"Take Manual Reading\"" -t 10 nowindow="Take Manual Reading"
@@ -215,7 +190,7 @@ for value in 300 17 255; do
   e2e_type "$value"
 done
 e2e_key Tab minus 1
-shot manual_typed
+e2e_view_shot manual_typed
 e2e_key Return
 e2e_expect "OK did not close \"Take Manual Reading\" after typing" -t 10 nowindow="Take Manual Reading"
 save
@@ -236,12 +211,12 @@ e2e_key alt+f
 e2e_expect "the File menu did not open" -t 5 window=
 e2e_key c
 e2e_expect "File > Close did not close the survey" -t 10 caption=VELDOR
-shot closed
+e2e_view_shot closed
 [ "$(list_lines "$ART/deleted.png" "$ART/deleted.probe")" -gt 20 ] || e2e_fail "no text in the list before Close"
 [ "$(list_lines "$ART/closed.png" "$ART/closed.probe")" = 0 ] || e2e_fail "the list is not empty after Close"
 e2e_key F5
 e2e_expect "F5 on an empty store showed no box" -t 10 window=VELDOR
-shot no_records
+e2e_view_shot no_records
 grep -q '^control=Static|.*|No records to tag$' "$ART/last_probe.txt" ||
   e2e_fail "the box does not say \"No records to tag\": $(grep '^control=Static' "$ART/last_probe.txt" | tr '\n' ' ')"
 e2e_key Return

@@ -11,7 +11,7 @@
 #     record in the Plot and the mark on its bin in the Chart;
 #   - Page Down and End through the forwarded keys, a right click on a row
 #     and Delete Record, then Save As: the file has exactly that record gone
-#     and the tags behind it moved;
+#     and the tags behind it moved; Home brings record 1 back to the top;
 # and, recording from the simulator with "Max plot time" 1, the Plot stops
 # drawing with its status line and text, and draws again after Record > Stop.
 set -euo pipefail
@@ -25,74 +25,38 @@ SAVED="$ART/deleted.DAT"
 $VIEWS make "$DAT"
 
 e2e_fresh_settings
-e2e_settings <<EOF
-Main window|Maximised|1
-Main window|Show tags|0
-Listing|Origin X|0
-Listing|Origin Y|0
-Listing|Width|560
-Listing|Height|400
-Chart|Origin X|0
-Chart|Origin Y|400
-Chart|Width|560
-Chart|Height|260
-Plot|Origin X|560
-Plot|Origin Y|0
-Plot|Width|460
-Plot|Height|660
-EOF
+e2e_view_layout
 e2e_start_program
 e2e_close_signon
 e2e_focus
 
-e2e_key ctrl+o
-e2e_expect "no file dialog \"Open Data File\"" -t 15 window="Open Data File"
-e2e_type "$(e2e_winpath "$DAT")"
-e2e_key Return
-e2e_expect "the survey is not shown loaded" -t 20 nowindow="Open Data File" "caption=VELDOR [ views.DAT ]"
+e2e_open_survey "$DAT"
 e2e_wait_status "Data read from file 'views.DAT'" 5 || e2e_fail "no \"Data read from file 'views.DAT'\""
 
-# shot NAME: a screenshot once the windows have painted, with the probe's
-# view of the window places beside it.
-shot() {
-  sleep 1
-  e2e_wait -t 5 enabled=1 || true
-  e2e_shot "$1"
-  cp "$ART/last_probe.txt" "$ART/$1.probe"
-}
-# client CLASS X Y: the screen point of a client point of a child window.
-client_point() {
-  local origin
-  origin="$(sed -n "s/^client=$1|\([0-9-]*\),\([0-9-]*\),.*/\1 \2/p" "$ART/last_probe.txt")"
-  [ -n "$origin" ] || e2e_fail "no $1 window"
-  set -- $origin "$2" "$3"
-  echo "$(($1 + $3)) $(($2 + $4))"
-}
-click() { xdotool mousemove $(client_point "$1" "$2" "$3") click "${4:-1}"; }
 check() { $VIEWS "$@" >>"$ART/pixels.txt" 2>&1 || { tail -3 "$ART/pixels.txt"; e2e_fail "$1 pixels: $(tail -1 "$ART/pixels.txt")"; }; }
 
-shot opened
+e2e_view_shot opened
 check listing "$ART/opened.png" "$ART/opened.probe" "$DAT"
 check plot "$ART/opened.png" "$ART/opened.probe" "$DAT" --channel 0
 check chart "$ART/opened.png" "$ART/opened.probe" "$DAT" --channel 0
 e2e_pass "Listing, Plot (channel 1) and Chart (channel 1) draw the survey"
 
 # ---- Plot buttons: All, Best, Zoom In, Zoom Auto; the Chart's Ch2 ------------------------------
-click Veldor_Plot $((4 + 29 * 4 + 12)) 16
-shot plot_all
+e2e_click Veldor_Plot $((4 + 29 * 4 + 12)) 16
+e2e_view_shot plot_all
 check plot "$ART/plot_all.png" "$ART/plot_all.probe" "$DAT" --channel 4
-click Veldor_Plot $((4 + 29 * 5 + 12)) 16
-shot plot_best
+e2e_click Veldor_Plot $((4 + 29 * 5 + 12)) 16
+e2e_view_shot plot_best
 check plot "$ART/plot_best.png" "$ART/plot_best.probe" "$DAT" --channel 5
-click Veldor_Plot $((4 + 29 * 6 + 12)) 16
-shot plot_zoom_in
+e2e_click Veldor_Plot $((4 + 29 * 6 + 12)) 16
+e2e_view_shot plot_zoom_in
 check plot "$ART/plot_zoom_in.png" "$ART/plot_zoom_in.probe" "$DAT" --channel 5 --zoom i
-click Veldor_Plot $((4 + 29 * 7 + 12)) 16
-shot plot_zoom_out
+e2e_click Veldor_Plot $((4 + 29 * 7 + 12)) 16
+e2e_view_shot plot_zoom_out
 check plot "$ART/plot_zoom_out.png" "$ART/plot_zoom_out.probe" "$DAT" --channel 5 --zoom io
-click Veldor_Plot $((4 + 29 * 8 + 12)) 16
-click Veldor_Chart $((33 + 12)) 16
-shot chart_ch2
+e2e_click Veldor_Plot $((4 + 29 * 8 + 12)) 16
+e2e_click Veldor_Chart $((33 + 12)) 16
+e2e_view_shot chart_ch2
 check plot "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 5
 check chart "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 1
 e2e_pass "Plot: All, Best, Zoom In, Zoom Out, Zoom Auto; Chart: Ch2"
@@ -103,13 +67,13 @@ read -r y x record <<<"$($VIEWS listing-row "$ART/chart_ch2.probe" "$ART/chart_c
 xdotool mousemove "$x" "$y" click 3
 e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu"
 e2e_key l
-shot location
+e2e_view_shot location
 check plot "$ART/location.png" "$ART/location.probe" "$DAT" --channel 5 --cross 1
 check chart "$ART/location.png" "$ART/location.probe" "$DAT" --channel 1 --mark 1
 e2e_pass "Show Location: cross hair and chart mark on record 2"
 
 # ---- Keys, right click, Delete Record, Save As --------------------------------------------------------
-click Veldor_Listing 20 200
+e2e_click Veldor_Listing 20 200
 e2e_key Next End
 sleep 1
 read -r y x record <<<"$($VIEWS listing-row "$ART/location.probe" "$ART/location.png" 2 end)"
@@ -118,7 +82,7 @@ e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu after 
 e2e_mark
 e2e_key d
 e2e_wait_status "Delete record" 5 || e2e_fail "Delete Record said nothing"
-shot deleted
+e2e_view_shot deleted
 e2e_key alt+f
 e2e_expect "the File menu did not open" -t 5 window=
 e2e_key a
@@ -129,6 +93,18 @@ e2e_expect "the file is not saved" -t 20 nowindow="Save Data File..." "caption=V
 $VIEWS deleted "$DAT" "$SAVED" "$record" >>"$ART/pixels.txt" 2>&1 ||
   e2e_fail "the saved file is not the survey less record $((record + 1)): $(tail -1 "$ART/pixels.txt")"
 e2e_pass "End, right click, Delete Record: record $((record + 1)) gone from the saved file, tags moved"
+# Home brings the first record back to the first row: Show Location on that
+# row puts the cross hair on record 1.
+e2e_key Home
+sleep 1
+read -r y x record <<<"$($VIEWS listing-row "$ART/deleted.probe" "$ART/deleted.png" 0 0)"
+e2e_mark
+xdotool mousemove "$x" "$y" click 3
+e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu after Home"
+e2e_key l
+e2e_view_shot home
+check plot "$ART/home.png" "$ART/home.probe" "$SAVED" --channel 5 --cross 0
+e2e_pass "Home: the first row shows record 1 again"
 e2e_key alt+f
 e2e_expect "the File menu did not open" -t 5 window=
 e2e_key x
@@ -148,12 +124,12 @@ e2e_key F1
 e2e_wait_status "Plot window display suspended by program" 30 ||
   e2e_fail "the Plot was not suspended with Max plot time 1"
 e2e_wait_samples 2 10 || true
-shot suspended
+e2e_view_shot suspended
 $VIEWS suspended "$ART/suspended.png" "$ART/suspended.probe" 1 >>"$ART/pixels.txt" 2>&1 ||
   e2e_fail "no suspension text in the Plot: $(tail -1 "$ART/pixels.txt")"
 e2e_key F2
 e2e_expect "F2 did not stop recording" -t 10 pane1=Idle
-shot resumed
+e2e_view_shot resumed
 $VIEWS suspended "$ART/resumed.png" "$ART/resumed.probe" 0 >>"$ART/pixels.txt" 2>&1 ||
   e2e_fail "the dots did not come back after Record > Stop: $(tail -1 "$ART/pixels.txt")"
 e2e_pass "Max plot time 1: suspended while recording, dots back after Stop"
