@@ -41,7 +41,7 @@
     X(IDM_RECORD_FILTER, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))                   \
     X(IDM_RECORD_STATISTICS, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))               \
     X(IDM_RECORD_SETTINGS, ENABLE_IDLE, 0, "Configure record settings", FRAME(LogCommand))         \
-    X(IDM_RECORD_CALIBRATION, ENABLE_IDLE, 0, "Calibration", FRAME(LogCommand))                    \
+    X(IDM_RECORD_CALIBRATION, ENABLE_IDLE, 0, "Calibration", FRAME(OnCal))                         \
     X(IDM_RECORD_CALTEXT_1, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_2, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_3, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \

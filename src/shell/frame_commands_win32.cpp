@@ -12,6 +12,7 @@
 #include "shell/shell_win32.h"
 #include "shell/startup.h"
 #include "base/status_log.h"
+#include "dialogs/cal_editor_win32.h"
 #include "dialogs/gps_box_win32.h"
 #include "dialogs/make_file_box_win32.h"
 #include "dialogs/tag_dialogs_win32.h"
@@ -78,6 +79,11 @@ static void OnManualReading(HWND frame, int id) {
 }
 
 static void OnAddTag(HWND frame, int) { OnAddTextTag(frame); }
+
+static void OnCal(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnCalibration(frame);
+}
 
 static void OnGps(HWND frame, int id) {
     LogCommand(frame, id);
