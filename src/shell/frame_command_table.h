@@ -27,7 +27,7 @@
     X(IDM_FILE_SAVE, ENABLE_SAVE, 0, nullptr, FRAME(OnFileSave))                                   \
     X(IDM_FILE_SAVE_AS, ENABLE_IDLE, 0, "Select filename for data file...", FRAME(OnFileSaveAs))   \
     X(IDM_FILE_CLOSE, ENABLE_FILE_NAMED, 0, "File closed", FRAME(OnFileClose))                     \
-    X(IDM_FILE_PREFERENCES, ENABLE_ALWAYS, 0, "Set preferences", FRAME(LogCommand))                \
+    X(IDM_FILE_PREFERENCES, ENABLE_ALWAYS, 0, "Set preferences", FRAME(OnPrefs))                   \
     X(IDM_FILE_MAKE_LISTING, ENABLE_RECORDS_READY, 0, "Creating list file", FRAME(OnMakeListing))  \
     X(IDM_FILE_PRINT_LISTING, ENABLE_RECORDS_READY, 0, "Print listing", FRAME(LogIfReady))         \
     X(IDM_FILE_PRINT_PLOT, ENABLE_RECORDS_READY, 0, "Print plot", FRAME(LogIfReady))               \
@@ -40,13 +40,13 @@
     X(IDM_RECORD_CLEAR, ENABLE_RECORDS_READY, 0, nullptr, CORE(OnClearRecords))                    \
     X(IDM_RECORD_FILTER, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))                   \
     X(IDM_RECORD_STATISTICS, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))               \
-    X(IDM_RECORD_SETTINGS, ENABLE_IDLE, 0, "Configure record settings", FRAME(LogCommand))         \
+    X(IDM_RECORD_SETTINGS, ENABLE_IDLE, 0, "Configure record settings", FRAME(OnRecSettings))      \
     X(IDM_RECORD_CALIBRATION, ENABLE_IDLE, 0, "Calibration", FRAME(OnCal))                         \
     X(IDM_RECORD_CALTEXT_1, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_2, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_3, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_4, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
-    X(IDM_CONFIG_DISPLAY, ENABLE_ALWAYS, 0, "Configure display", FRAME(LogCommand))                \
+    X(IDM_CONFIG_DISPLAY, ENABLE_ALWAYS, 0, "Configure display", FRAME(OnDisplay))                 \
     X(IDM_CONFIG_PORT, ENABLE_IDLE, 0, "Configure ports", FRAME(LogCommand))                       \
     X(IDM_CONFIG_GPS, ENABLE_IDLE, 0, "Configure GPS", FRAME(OnGps))                               \
     X(IDM_CONFIG_GPS_DIFF, ENABLE_IDLE, STATUS_GPS_DIFF_MODE, "Configure differential GPS input",  \

@@ -13,6 +13,7 @@
 #include "shell/startup.h"
 #include "base/status_log.h"
 #include "dialogs/cal_editor_win32.h"
+#include "dialogs/general_dialogs_win32.h"
 #include "dialogs/gps_box_win32.h"
 #include "dialogs/make_file_box_win32.h"
 #include "dialogs/tag_dialogs_win32.h"
@@ -83,6 +84,21 @@ static void OnAddTag(HWND frame, int) { OnAddTextTag(frame); }
 static void OnCal(HWND frame, int id) {
     LogCommand(frame, id);
     OnCalibration(frame);
+}
+
+static void OnDisplay(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnConfigureDisplay(frame);
+}
+
+static void OnRecSettings(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnRecordSettings(frame);
+}
+
+static void OnPrefs(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnPreferences(frame);
 }
 
 static void OnGps(HWND frame, int id) {

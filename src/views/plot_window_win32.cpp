@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <windowsx.h>
 
+#include "dialogs/general_dialogs_win32.h"
 #include "resources/resource_ids.h"
 #include "shell/shell_win32.h"
 #include "base/status_log.h"
@@ -142,6 +143,7 @@ static void OnRightButton(HWND hwnd, int x, int y) {
 static void OnCommand(int id) {
     if (id == IDM_PLOT_COLOURS) {
         LogStatus("Set plot colours");
+        RunColoursBox(PlatformWindowHandle(WINDOW_PLOT));
         return;
     }
     PlotCommand(id);
