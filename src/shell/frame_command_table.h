@@ -47,13 +47,13 @@
     X(IDM_RECORD_CALTEXT_3, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_4, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_CONFIG_DISPLAY, ENABLE_ALWAYS, 0, "Configure display", FRAME(OnDisplay))                 \
-    X(IDM_CONFIG_PORT, ENABLE_IDLE, 0, "Configure ports", FRAME(LogCommand))                       \
+    X(IDM_CONFIG_PORT, ENABLE_IDLE, 0, "Configure ports", FRAME(OnPorts))                       \
     X(IDM_CONFIG_GPS, ENABLE_IDLE, 0, "Configure GPS", FRAME(OnGps))                               \
     X(IDM_CONFIG_GPS_DIFF, ENABLE_IDLE, STATUS_GPS_DIFF_MODE, "Configure differential GPS input",  \
-      FRAME(LogCommand))                                                                           \
+      FRAME(OnGpsDiff))                                                                           \
     X(IDM_CONFIG_AR3000A, ENABLE_IDLE, STATUS_AR3000A_MODE, "Configure AR3000A",                   \
-      FRAME(LogCommand))                                                                           \
-    X(IDM_CONFIG_TZR4100, ENABLE_IDLE, STATUS_TZR_MODE, "Configure TZR4100", FRAME(LogCommand))    \
+      FRAME(OnAr3000a))                                                                           \
+    X(IDM_CONFIG_TZR4100, ENABLE_IDLE, STATUS_TZR_MODE, "Configure TZR4100", FRAME(OnTzr4100))    \
     X(IDM_CONFIG_RESET_CONTROLLER, ENABLE_IDLE, 0, "Reset sent to controller",                     \
       CORE(OnResetController))                                                                     \
     X(IDM_WINDOW_CASCADE, ENABLE_ALWAYS, 0, "Windows cascaded", FRAME(OnCascade))                  \

@@ -15,6 +15,7 @@
 #include "dialogs/cal_editor_win32.h"
 #include "dialogs/general_dialogs_win32.h"
 #include "dialogs/gps_box_win32.h"
+#include "dialogs/instrument_dialogs_win32.h"
 #include "dialogs/make_file_box_win32.h"
 #include "dialogs/tag_dialogs_win32.h"
 #include "survey/survey_state.h"
@@ -99,6 +100,26 @@ static void OnRecSettings(HWND frame, int id) {
 static void OnPrefs(HWND frame, int id) {
     LogCommand(frame, id);
     OnPreferences(frame);
+}
+
+static void OnPorts(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnConfigurePorts(frame);
+}
+
+static void OnGpsDiff(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnConfigureGpsDiff(frame);
+}
+
+static void OnAr3000a(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnConfigureAr3000a(frame);
+}
+
+static void OnTzr4100(HWND frame, int id) {
+    LogCommand(frame, id);
+    OnConfigureTzr4100(frame);
 }
 
 static void OnGps(HWND frame, int id) {
