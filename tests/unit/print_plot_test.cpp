@@ -1,0 +1,143 @@
+#include "printing/print_plot.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "fake_platform.h"
+#include "views/display_format.h"
+#include "views/plot_geometry.h"
+
+namespace {
+
+// The screen's forms in Deg, Deg Min and Deg Min Sec, with letters and with signs, and slips.
+TEST(PrintPlotTest, ParsesCoordinatesInEveryDegreeForm) {
+    // clang-format off
+    const struct { const char* text; int32_t expected; } cases[] = {
+        {"31 30 15 S", -113415000}, {"31 30 15 N", 113415000}, {"115.75 E", 416700000},
+        {"-31.5", -113400000}, {"31 30", 113400000}, {"31.5000000 S", -113400000},
+        {"31 30.00000 S", -113400000}, {"31 30 0.000 S", -113400000}, {"-0 30", 1800000},
+        {"-31 30 0.000", -113400000}, {"31.5S", 113400000}, {"", 0}, {"S", 0},
+        {"  115 45  w ", -416700000}, {"1 2 3 4 S", 3723000}};  // a fifth word is not read
+    // clang-format on
+    for (const auto& c : cases) EXPECT_EQ(ParseCoordinate(c.text), c.expected) << c.text;
+}
+
+TEST(PrintPlotTest, ValidatesEachModeWithItsMessages) {
+    const int SHOWN = PRINT_FIT_DISPLAYED, TYPED = PRINT_SPECIFY, ALL = PRINT_FIT_ENTIRE;
+    const char* const invalid = "Co-ordinates are invalid";
+    const char* const nothing = "There is nothing to print";
+    const char* const misfit = "The defined print area does not fit on the page";
+    // clang-format off
+    const struct {
+        int mode, records, rows[3][2]; const char* fields[8];
+        int confirm, answer, result; const char* message; int any; const char* question;
+    } cases[] = {
+        {SHOWN, 0, {}, {}, 0, 0, 0, "Plot window is not currently displayed", 0, 0},
+        {TYPED, 0, {}, {"1 S", "1 E", "1 N", "2 E", "0", "0", "10", "10"}, 1, 1, 0, invalid, 0, 0},
+        {TYPED, 0, {}, {"1 N", "2 E", "0", "2 E", "0", "0", "10", "10"}, 1, 1, 0, invalid, 0, 0},
+        {TYPED, 0, {}, {"1 N", "1 E", "0", "2 E", "10", "0", "10", "10"}, 1, 1, 0, invalid, 0, 0},
+        {TYPED, 0, {}, {"1 N", "1 E", "0", "2 E", "0", "10", "10", "10"}, 1, 1, 0, invalid, 0, 0},
+        {TYPED, 0, {}, {"1 N", "1 E", "0", "2 E", "0", "0", "201", "10"}, 1, 1, 0, misfit, 0, 0},
+        {TYPED, 0, {}, {"1 N", "1 E", "0", "2 E", "-1", "0", "10", "10"}, 1, 1, 0, misfit, 0, 0},
+        {TYPED, 1, {{1, 1}}, {"1 N", "0", "0", "1 E", "0", "0", "9", "9"}, 1, 0, 0, 0, 1, 0},
+        // The confirmation shows the map in the screen's format and the page in mm.
+        {TYPED, 0, {}, {"31 30 15 S", "115 45 E", "31 40 S", "116 E", "10", "20", "190", "270"},
+         1, 1, 1, 0, 0, "Map area:\n\t31 30 15.000 S, 115 45 0.000 E\n\t31 40 0.000 S, 116 0 "
+                        "0.000 E\nPage area:\n\t10 x 20 mm\n\t190 x 270 mm\n\nIs this correct?"},
+        {ALL, 1, {{5, 5}}, {}, 1, 1, 0, nothing, 0, 0},
+        {ALL, 2, {{5, 7}, {9, 7}}, {}, 1, 1, 0, nothing, 0, 0},
+        {ALL, 2, {{5, 7}, {9, 8}}, {}, 1, 1, 1, 0, 0, 0},
+        {ALL, 3, {{5, 7}, {9, 9}, {5, 8}}, {}, 0, 0, 1, 0, 0, 0},
+        {ALL, 3, {{5, 7}, {9, 9}, {6, 8}}, {}, 0, 0, 1, 0, 1, 0},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        ResetFakeWorld();
+        ScreenFormat = DisplayFormat{LATLONG_DEG_MIN_SEC, SIGN_NORTH_SOUTH, READING_0_0};
+        fake.answers.push_back(c.answer);
+        for (recordCount = 0; recordCount < c.records; recordCount++) {
+            recordStore.rows[recordCount].latitude = c.rows[recordCount][0];
+            recordStore.rows[recordCount].longitude = c.rows[recordCount][1];
+        }
+        for (int k = 0; k < 8; k++)
+            snprintf(k < 4 ? printPlotBoxFields.map[k] : printPlotBoxFields.page[k - 4],
+                     k < 4 ? PrintCoordinateTextSize : PrintPageTextSize, "%s",
+                     c.fields[k] ? c.fields[k] : "");
+        printArea = PrintArea{};
+        printArea.printableWidth = 200, printArea.printableHeight = 280;
+        SCOPED_TRACE(testing::Message() << "case " << &c - cases);
+        EXPECT_EQ(ValidatePrintArea(c.mode, c.confirm), c.result);
+        EXPECT_EQ(fake.questions.size(), (c.confirm && !c.message) ? 1u : 0u);
+        EXPECT_TRUE(!c.question || fake.questions == std::vector<std::string>{c.question});
+        EXPECT_EQ(fake.messageBoxes.size(), c.message ? 1u : 0u);
+        if (c.message) {
+            EXPECT_EQ(fake.messageBoxes[0], c.message);
+            EXPECT_EQ(fake.messageIcons[0], ICON_STOP);
+            continue;
+        }
+        EXPECT_EQ(AnyRecordInPrintArea(), c.any);
+        const PrintArea& a = printArea;  // the fit modes fill the printable area
+        EXPECT_TRUE(c.mode == TYPED || (a.pageLeft == 0 && a.pageTop == 0 && a.pageRight == 200 &&
+                                        a.pageBottom == 280));
+    }
+
+    // The displayed area is what plotArea (198 x 115 pixels) shows, held within the world.
+    ResetFakeWorld();
+    fake.windowExists[WINDOW_PLOT] = true;
+    PlotLayout(200, 150);
+    plotView.centreLatitude = 323990000, plotView.centreLongitude = 416700000;
+    plotView.scale = 1000;
+    EXPECT_EQ(ValidatePrintArea(PRINT_FIT_DISPLAYED, 0), 1);
+    EXPECT_EQ(printArea.mapTopLatitude, PlotLatitudeLimit);
+    EXPECT_EQ(printArea.mapBottomLatitude, 323990000 - 57500);
+    EXPECT_EQ(printArea.mapLeftLongitude, 416700000 - 99000);
+    EXPECT_EQ(printArea.mapRightLongitude, 416700000 + 99000);
+}
+
+TEST(PrintPlotTest, PlacesRecordsOnPaperInTenthsOfAMillimetre) {
+    // A 200 x 280 mm page and the area -115100000..-115000000 by 417500000..417800000, fitted
+    // to the page, or specified as 10, 20 to 110, 220 mm on a printer offset by 5, 7.
+    // clang-format off
+    const struct {
+        int keepAspect, typed, channel, latitude, longitude;
+        int32_t latScale, lonScale, pageLeft, pageBottom, pageRight, pageTop;
+        int squares; int32_t x, y;
+    } cases[] = {
+        {1, 0, 0, -115050000, 417650000, 150, 150, 0, 1067, 2000, 2800, 1, 1000, -1400},
+        {0, 0, 0, -115050000, 417650000, 35, 150, 0, -28, 2000, 2800, 1, 1000, -1400},
+        {0, 0, 0, -115000000, 417650000, 35, 150, 0, -28, 2000, 2800, 0, 0, 0},  // off the page
+        {1, 1, 0, -115100000, 417500000, 300, 300, 95, 607, 1095, 2607, 1, 95, -2193},
+        {1, 1, PLOT_ALL, -115000000, 417800000, 300, 300, 95, 607, 1095, 2607, 4, 1095, -1860},
+        {1, 1, 0, -114999999, 417500000, 300, 300, 95, 607, 1095, 2607, 0, 0, 0},  // off the map
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        ResetFakeWorld();
+        const int32_t pages[2][4] = {{0, 0, 200, 280}, {10, 20, 110, 220}}, *p = pages[c.typed];
+        // clang-format off
+        printArea = {-115000000, -115100000, 417500000, 417800000, p[0], p[1], p[2], p[3],
+                     200, 280, 10, c.keepAspect, !c.typed};
+        // clang-format on
+        plotChannel = c.channel;
+        const Record row = {0, 0, {0, 0, 0, 0}, c.latitude, c.longitude, 0};
+        PrintScale scale = PlacePrintArea(c.typed ? 5 : 0, c.typed ? 7 : 0, 200, 280);
+        SCOPED_TRACE(testing::Message() << "case " << &c - cases);
+        const PrintArea& a = printArea;
+        EXPECT_EQ((std::vector<int32_t>{scale.latScale, scale.lonScale, a.pageLeft, a.pageBottom,
+                                        a.pageRight, a.pageTop}),
+                  (std::vector<int32_t>{c.latScale, c.lonScale, c.pageLeft, c.pageBottom,
+                                        c.pageRight, c.pageTop}));
+        PlotSquare squares[4];
+        ASSERT_EQ(PrintRowSquares(row, scale, squares), c.squares);
+        if (c.squares == 0) continue;
+        // A dot of 10 is 1 mm square; All puts channel 1 below and left of the point.
+        const PlotSquare& q = squares[0];
+        const int32_t h = c.squares == 1 ? 5 : 10;
+        EXPECT_EQ((std::vector<int32_t>{q.left + h, q.top + h, q.right, q.bottom}),
+                  (std::vector<int32_t>{c.x, c.y, q.left + 10, q.top + 10}));
+    }
+}
+
+}  // namespace
