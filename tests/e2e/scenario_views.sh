@@ -112,13 +112,19 @@ e2e_wait_exit 15
 e2e_check_answering
 
 # ---- Max plot time 1 while recording --------------------------------------------------------------
+# A repaint must take longer than 1 ms whatever the machine: 15000 records
+# in All with dots of 50 pixels.
+$VIEWS make "$ART/big.DAT" 15000
 e2e_setting General "Max plot time" 1
 e2e_setting General "Record Interval Seconds" 1
+e2e_setting Plot Channel 5
+e2e_setting Plot "Dot size" 50
 e2e_start_sim --period-ms 500
 e2e_start_program
 e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
 e2e_close_signon
 e2e_focus
+e2e_open_survey "$ART/big.DAT"
 e2e_mark
 e2e_key F1
 e2e_wait_status "Plot window display suspended by program" 30 ||

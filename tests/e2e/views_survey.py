@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """The survey of the views scenario, and the pixel facts its screenshots must show.
 
-  views_survey.py make OUT.DAT
+  views_survey.py make OUT.DAT [COUNT]
       300 records on a 20 x 15 lawn-mower grid, 2 seconds of arc apart, with
       channel 1 in all four colour bands (a band per five columns), every GPS
-      state, and tags on five records.
+      state, and tags on five records (COUNT records, on more rows, if given).
   views_survey.py plot SHOT.png PROBE.txt DAT --channel N [--zoom io..] [--cross I]
   views_survey.py listing SHOT.png PROBE.txt
   views_survey.py chart SHOT.png PROBE.txt DAT --channel N [--mark I]
@@ -41,9 +41,9 @@ MARK_RGB = (192, 0, 0)                    # the dotted cross hair and chart mark
 CURVE_RGB = (0, 0, 192)                   # the chart curve, 0x00C00000
 
 
-def survey():
+def survey(count=300):
     rows = []
-    for i in range(300):
+    for i in range(count):
         row, col = divmod(i, 20)
         if row % 2:
             col = 19 - col
@@ -54,8 +54,8 @@ def survey():
     return rows
 
 
-def make(path):
-    rows = survey()
+def make(path, count=300):
+    rows = survey(count)
     tags = [(i, b"Tag at record %d" % (i + 1)) for i in TAGGED]
     data = (dat.header(4, 1700000000, seconds=2, names=[b"Default.cal"] * 4,
                        labels=[b"North", b"East", b"South", b"West"])
@@ -271,7 +271,7 @@ def main(argv):
     opt = {argv[i]: argv[i + 1] for i in range(2, len(argv) - 1) if argv[i].startswith("--")}
     pos = [a for i, a in enumerate(argv[2:], 2) if not a.startswith("--") and not argv[i - 1].startswith("--")]
     if cmd == "make":
-        make(pos[0])
+        make(pos[0], int(pos[1]) if len(pos) > 1 else 300)
     elif cmd == "plot":
         cross = int(opt["--cross"]) if "--cross" in opt else None
         check_plot(pos[0], pos[1], pos[2], int(opt["--channel"]), opt.get("--zoom", ""), cross)
