@@ -369,4 +369,86 @@ e2e_client_point() {
 # e2e_click CLASS X Y [BUTTON]
 e2e_click() { xdotool mousemove $(e2e_client_point "$1" "$2" "$3") click "${4:-1}"; }
 
+# ---- The dialog scenarios' steps ------------------------------------------------------------
+# e2e_check LOG SCRIPT ARGS...: a checker that prints one line a fact, "ok"
+# or "WRONG", with the modules beside this file importable; its output goes
+# to $ART/LOG and its first wrong fact fails the scenario.
+e2e_check() {
+  local log="$ART/$1"
+  shift
+  PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 "$@" >>"$log" 2>&1 ||
+    { tail -3 "$log"; e2e_fail "$(basename "$1") ${2:-}: $(tail -1 "$log")"; }
+}
+# e2e_open_dialog MENU KEYS TITLE STATUS [CONDITION...]: MENU opens a menu
+# (none with ""), KEYS choose the command, and the dialog TITLE opens with
+# the status line STATUS (and the conditions hold).
+e2e_open_dialog() {
+  e2e_mark
+  if [ -n "$1" ]; then
+    e2e_key "$1"
+    e2e_expect "the menu of $1 did not open" -t 5 window=
+  fi
+  e2e_key $2
+  e2e_expect "no dialog \"$3\"" -t 10 "window=$3" "${@:5}"
+  e2e_wait_status "$4" 5 || e2e_fail "no status line \"$4\""
+}
+# e2e_expect_ini SECTION KEY=VALUE...: the settings file holds these values now.
+e2e_expect_ini() {
+  local section="$1" pair got
+  shift
+  for pair in "$@"; do
+    got="$(e2e_ini_value "$section" "${pair%%=*}")"
+    [ "$got" = "${pair#*=}" ] || e2e_fail "[$section] ${pair%%=*} is \"$got\", not \"${pair#*=}\""
+  done
+}
+# A fingerprint of the settings file, to compare after a dialog that must not write.
+e2e_ini_sum() { if [ -f "$INI" ]; then md5sum <"$INI"; else echo none; fi; }
+# e2e_control_text CLASS ID: a control's text in the probe's last look.
+e2e_control_text() { sed -n "s/^control=$1|$2|//p" "$ART/last_probe.txt" | head -1; }
+# e2e_has_labels WHAT LABEL...: the probe's last look shows a control of each text.
+e2e_has_labels() {
+  local what="$1" label
+  shift
+  for label in "$@"; do
+    grep -qF "|$label" "$ART/last_probe.txt" || e2e_fail "$what has no \"$label\""
+  done
+}
+# e2e_save_as PATH: File > Save As into PATH; the caption names it.
+e2e_save_as() {
+  e2e_key alt+f
+  e2e_expect "the File menu did not open" -t 5 window=
+  e2e_key a
+  e2e_expect "no file dialog \"Save Data File...\"" -t 15 window="Save Data File..."
+  e2e_type "$(e2e_winpath "$1")"
+  e2e_key Return
+  e2e_expect "$(basename "$1") is not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ $(basename "$1") ]"
+}
+# e2e_start_linked [OPTIONS]: the simulator with OPTIONS on COM1, the
+# program started, its "OP 1" received and the sign-on box closed.
+e2e_start_linked() {
+  e2e_start_sim "$@"
+  e2e_start_program
+  e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
+  e2e_close_signon
+  e2e_focus
+}
+# e2e_start_on_survey DAT: the program started and the survey DAT opened
+# through File > Open.
+e2e_start_on_survey() {
+  e2e_start_program
+  e2e_close_signon
+  e2e_focus
+  e2e_open_survey "$1"
+}
+# e2e_quit [ANSWER]: File > Exit, a question then answered with ANSWER when
+# given; the program ends, and it never stopped answering.
+e2e_quit() {
+  e2e_key alt+f
+  e2e_expect "the File menu did not open" -t 5 window=
+  e2e_key x
+  if [ -n "${1:-}" ] && e2e_wait -t 3 window=VELDOR; then e2e_key "$1"; fi
+  e2e_wait_exit 15
+  e2e_check_answering
+}
+
 e2e_link_ports

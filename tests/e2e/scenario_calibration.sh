@@ -37,21 +37,12 @@ cat >"$CHECK" <<'PY'
                             2 to 4 on the default one, "%.1f"
 """
 import struct
-import subprocess
 import sys
+
+from views_survey import Shot, f32, fact, read_survey
 
 MAGIC = b"[VELDOR - cal file v1.0]\0"
 RED, BLUE, BLACK = (192, 0, 0), (0, 0, 128), (0, 0, 0)
-
-
-def f32(x):
-    return struct.unpack("<f", struct.pack("<f", x))[0]
-
-
-def fact(ok, text):
-    print(("ok    " if ok else "WRONG ") + text)
-    if not ok:
-        sys.exit(1)
 
 
 def curve(raw, top):
@@ -72,16 +63,9 @@ def check_cal(path, points):
     fact(b == want, f"{path}: {len(b)} bytes {b[25:].hex()}, expected {want[25:].hex()}")
 
 
-def pixels(shot):
-    ppm = subprocess.run(["convert", shot, "ppm:-"], capture_output=True, check=True).stdout
-    parts = ppm.split(maxsplit=4)
-    w, h = int(parts[1]), int(parts[2])
-    data = parts[4]
-    return w, h, lambda x, y: tuple(data[3 * (y * w + x):3 * (y * w + x) + 3])
-
-
 def live(shot, log, n):
-    w, h, px = pixels(shot)
+    s = Shot(shot)
+    w, h, px = s.w, s.h, s.at
     reds = [(x, y) for y in range(h) for x in range(w) if px(x, y) == RED]
     fact(len(reds) > 20, f"{len(reds)} pixels of the live line")
     xs = sorted({x for x, _ in reds})
@@ -101,10 +85,8 @@ def live(shot, log, n):
 
 
 def listing(dat, txt):
-    b = open(dat, "rb").read()
-    at = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
-    count = struct.unpack_from("<i", b, at)[0]
-    rows = [struct.unpack_from("<BB4B", b, at + 4 + 18 * i)[2:] for i in range(count)]
+    rows = [r[2] for r in read_survey(dat)[0]]
+    count = len(rows)
     lines = open(txt, "rb").read().decode("latin-1").split("\r\n")[4:]
     lines = [l for l in lines if l]
     fact(len(lines) == count, f"{len(lines)} listing lines for {count} records")
@@ -133,35 +115,22 @@ if __name__ == "__main__":
     else:
         sys.exit(__doc__)
 PY
-check() { python3 "$CHECK" "$@" >>"$ART/checks.txt" 2>&1 || { tail -3 "$ART/checks.txt"; e2e_fail "$1: $(tail -1 "$ART/checks.txt")"; }; }
+check() { e2e_check checks.txt "$CHECK" "$@"; }
 shot() { sleep 0.7; e2e_shot "$1"; }
-# edit ID: the text of an edit of the editor, from the probe's last look.
-edit() { sed -n "s/^control=Edit|$1|//p" "$ART/last_probe.txt"; }
 EDITOR_DEFAULT="VELDOR - Calibration [ Default.cal ]"
 EDITOR_NEW="VELDOR - Calibration [ chan1.cal ]"
 
 e2e_fresh_settings
 e2e_view_layout
-e2e_start_sim
-e2e_start_program
-e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
-e2e_close_signon
-e2e_focus
+e2e_start_linked
 e2e_open_survey "$DAT"
 
 # ---- Opening: "CA 1", the caption, the default curve -----------------------------------------
-e2e_mark
-e2e_key alt+r
-e2e_expect "the Record menu did not open" -t 5 window=
-e2e_key b
-e2e_expect "no calibration editor" -t 10 window="$EDITOR_DEFAULT"
-e2e_wait_status "Calibration" 5 || e2e_fail "no \"Calibration\""
+e2e_open_dialog alt+r b "$EDITOR_DEFAULT" Calibration
 e2e_wait_log "RX CA 1" 5 || e2e_fail "no CA 1 on opening"
-for label in "Channel 1" "Channel 2" "Channel 3" "Channel 4" "Power (X axis)" "Value (Y axis)" \
-  "Power" "Value" "Insert Power" "Add" "Change" "Delete" "New" "Open" "Save" "Save as" "Done" \
-  "Help" "Power calibration curve"; do
-  grep -qF "|$label" "$ART/last_probe.txt" || e2e_fail "the editor has no \"$label\""
-done
+e2e_has_labels "the editor" "Channel 1" "Channel 2" "Channel 3" "Channel 4" "Power (X axis)" \
+  "Value (Y axis)" "Power" "Value" "Insert Power" "Add" "Change" "Delete" "New" "Open" "Save" \
+  "Save as" "Done" "Help" "Power calibration curve"
 shot editor_default
 e2e_pass "the editor opens with \"CA 1\" and names Default.cal"
 
@@ -171,7 +140,7 @@ e2e_wait_samples 2 10 || e2e_fail "no samples in calibration mode"
 e2e_key Tab Tab Tab Tab space
 sleep 0.5
 e2e_expect "the editor went" -t 5 window="$EDITOR_DEFAULT"
-power="$(edit 1311)"
+power="$(e2e_control_text Edit 1311)"
 [[ "$power" =~ ^[0-9]{3}$ ]] || e2e_fail "Insert Power gave \"$power\""
 check recent "$SIM_LOG" 4 "$((10#$power))"
 e2e_pass "Insert Power: $power, a reading the simulator sent"
@@ -186,8 +155,7 @@ e2e_expect "the caption does not name chan1.cal" -t 15 nowindow="Open Calibratio
   window="$EDITOR_NEW"
 e2e_wait_status "Written calibration file 'chan1.cal'" 10 || e2e_fail "New wrote no file"
 check empty "$CAL"
-[ "$(e2e_ini_value Calibration "Ch1 filename")" = "$(e2e_winpath "$CAL")" ] ||
-  e2e_fail "Ch1 filename is \"$(e2e_ini_value Calibration "Ch1 filename")\""
+e2e_expect_ini Calibration "Ch1 filename=$(e2e_winpath "$CAL")"
 e2e_pass "New: chan1.cal of no points, named in the caption and the settings"
 
 # ---- Two points typed in, then Save ---------------------------------------------------------
@@ -220,11 +188,7 @@ e2e_wait_received "$before" 1 5 || e2e_fail "nothing sent at Done"
 [ "$(e2e_received_after "$before" | sed -n 1p)" = "OP 1" ] || e2e_fail "Done sent: $(e2e_received_after "$before" | head -3 | tr '\n' '|')"
 e2e_pass "Done sends \"OP 1\""
 
-e2e_mark
-e2e_key alt+f
-e2e_expect "the File menu did not open" -t 5 window=
-e2e_key f
-e2e_expect "no dialog \"Create Listing File\"" -t 10 window="Create Listing File"
+e2e_open_dialog alt+f f "Create Listing File" "Creating list file"
 e2e_key End shift+Home BackSpace
 e2e_type "$(e2e_winpath "$LIST")"
 e2e_key Return

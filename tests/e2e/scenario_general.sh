@@ -25,19 +25,6 @@ VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
 DAT="$ART/general.DAT"
 $VIEWS make "$DAT"
 
-# expect_ini SECTION KEY VALUE: the settings file holds that value now.
-expect_ini() {
-  local got
-  got="$(e2e_ini_value "$1" "$2")"
-  [ "$got" = "$3" ] || e2e_fail "[$1] $2 is '$got', expected '$3'"
-}
-# open_dialog KEYS TITLE STATUS: a menu command that opens a dialog.
-open_dialog() {
-  e2e_mark
-  e2e_key $1
-  e2e_expect "no dialog \"$2\"" -t 10 "window=$2"
-  e2e_wait_status "$3" 5 || e2e_fail "no status line \"$3\""
-}
 # expect_message TITLE TEXT: a message box with TEXT (its first line) over the
 # dialog; Return closes it and the dialog stays.
 expect_message() {
@@ -47,14 +34,12 @@ expect_message() {
   e2e_key Return
   e2e_expect "the dialog closed after the message" -t 10 nowindow=VELDOR "window=$1"
 }
-# control_text CLASS ID: an edit's or list's text, from the probe's last look.
-control_text() { sed -n "s/^control=$1|$2|//p" "$ART/last_probe.txt" | head -1; }
 # The scenario's own pixel facts, on the views module's helpers.
-PIXELS_PY="$(cat <<'PY'
+PIXELS="$ART/pixels.py"
+cat >"$PIXELS" <<'PY'
 import sys
-sys.path.insert(0, sys.argv[1])
 import views_survey as v
-what, args = sys.argv[2], sys.argv[3:]
+what, args = sys.argv[1], sys.argv[2:]
 
 def region(shot, probe, x0, x1, y0, y1):
     s = v.Shot(shot)
@@ -91,14 +76,9 @@ elif what == "dots":  # shot, probe, dat, break1, break2, break3, dot size (chan
         checked += 1
     v.fact(checked >= 10 and len(bands) >= 2, f"{checked} dots checked, bands {sorted(bands)}")
 PY
-)"
-# pixels WHAT ARGS...: a fact of the screenshots, logged in pixels.txt.
-pixels() {
-  python3 -c "$PIXELS_PY" "$E2E_ROOT_DIR/tests/e2e" "$@" >>"$ART/pixels.txt" 2>&1 ||
-    e2e_fail "$1 pixels: $(tail -1 "$ART/pixels.txt")"
-}
+pixels() { e2e_check pixels.txt "$PIXELS" "$@"; }
 # pixels_out WHAT ARGS...: a measure of a screenshot, printed.
-pixels_out() { python3 -c "$PIXELS_PY" "$E2E_ROOT_DIR/tests/e2e" "$@"; }
+pixels_out() { PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 "$PIXELS" "$@"; }
 
 e2e_fresh_settings
 e2e_view_layout
@@ -108,39 +88,34 @@ Listing|Sign|1
 Listing|Decimal places|0
 TZR4100|Enable TZR4100 mode|1
 EOF
-e2e_start_program
-e2e_close_signon
-e2e_focus
-e2e_open_survey "$DAT"
+e2e_start_on_survey "$DAT"
 e2e_view_shot opened
 
 # ---- Configure > Display ------------------------------------------------------------------------
 # Every group starts on its first button, so the arrow keys go to known ones.
-open_dialog "alt+c d" "VELDOR - Display settings" "Configure display"
+e2e_open_dialog alt+c d "VELDOR - Display settings" "Configure display"
 e2e_shot display_dialog
 e2e_key Down Down Down Tab Down Tab Down Down Down Return
 e2e_expect "OK did not close the display dialog" -t 10 "nowindow=VELDOR - Display settings"
-expect_ini Listing Lat/Long 4
-expect_ini Listing Sign 2
-expect_ini Listing "Decimal places" -1
+e2e_expect_ini Listing Lat/Long=4 Sign=2 "Decimal places=-1"
 e2e_view_shot display_after
 pixels listing-changed "$ART/opened.png" "$ART/display_after.png" "$ART/opened.probe" 0.2 0.4 1.2 5
 pixels listing-changed "$ART/opened.png" "$ART/display_after.png" "$ART/opened.probe" 0.6 0.7 1.2 5
-open_dialog "alt+c d" "VELDOR - Display settings" "Configure display"
+e2e_open_dialog alt+c d "VELDOR - Display settings" "Configure display"
 e2e_key Up Escape
 e2e_expect "Escape did not close the display dialog" -t 10 "nowindow=VELDOR - Display settings"
-expect_ini Listing Lat/Long 4
+e2e_expect_ini Listing Lat/Long=4
 e2e_pass "Display: Milliseconds, +/- and Raw written as 4, 2, -1 and drawn; Cancel writes nothing"
 
 # ---- The Plot's Colours/Size --------------------------------------------------------------------
 e2e_mark
 e2e_click Veldor_Plot 200 400 3
 e2e_wait_status "Plot pop up menu" 5 || e2e_fail "no Plot popup menu"
-open_dialog c "VELDOR - Plot colours/size" "Set plot colours"
+e2e_open_dialog "" c "VELDOR - Plot colours/size" "Set plot colours"
 e2e_shot colours_dialog
 e2e_key Up
 e2e_expect "Up did not step the first break" -t 5 "window=VELDOR - Plot colours/size"
-[ "$(control_text Edit 1731)" = 81.000 ] || e2e_fail "the first break after Up: '$(control_text Edit 1731)'"
+[ "$(e2e_control_text Edit 1731)" = 81.000 ] || e2e_fail "the first break after Up: '$(e2e_control_text Edit 1731)'"
 e2e_key Tab
 e2e_type 90
 e2e_key Return
@@ -156,26 +131,23 @@ e2e_key Tab
 e2e_type 60
 e2e_key Return
 expect_message "VELDOR - Plot colours/size" "Invalid dot size"
-expect_ini Plot "Dot size" ""
+e2e_expect_ini Plot "Dot size="
 e2e_key shift+Tab Tab
 e2e_type 9
 e2e_key Return
 e2e_expect "OK did not close the colours dialog" -t 10 "nowindow=VELDOR - Plot colours/size"
-expect_ini Plot "Power break 1" 95.000
-expect_ini Plot "Power break 2" 90.000
-expect_ini Plot "Power break 3" 85.000
-expect_ini Plot "Dot size" 9
+e2e_expect_ini Plot "Power break 1=95.000" "Power break 2=90.000" "Power break 3=85.000" "Dot size=9"
 e2e_view_shot colours_after
 pixels dots "$ART/colours_after.png" "$ART/colours_after.probe" "$DAT" 95 90 85 9
 e2e_pass "Colours/Size: spin, both refusals, then 95/90/85 and 9 written and drawn"
 
 # ---- Record > Settings --------------------------------------------------------------------------
-open_dialog "alt+r e" "VELDOR - Record settings" "Configure record settings"
+e2e_open_dialog alt+r e "VELDOR - Record settings" "Configure record settings"
 e2e_shot recset_dialog
 e2e_key Down Return
 e2e_shot recset_refused
 expect_message "VELDOR - Record settings" "A distance recording interval and TZR mode are incompatible."
-expect_ini General "Record Interval in Meters" ""
+e2e_expect_ini General "Record Interval in Meters="
 e2e_key Up Tab
 e2e_type 0
 e2e_key Tab
@@ -191,27 +163,22 @@ e2e_type Gamma
 e2e_key Tab
 e2e_type "DeltaDeltaDeltaDeltaDeltaDeltaDelta"
 e2e_wait -t 2 "window=VELDOR - Record settings" || true
-[ "$(control_text Edit 1764)" = DeltaDeltaDeltaDeltaDeltaDeltaD ] ||
-  e2e_fail "the fourth label holds '$(control_text Edit 1764)', not its first 31 characters"
+[ "$(e2e_control_text Edit 1764)" = DeltaDeltaDeltaDeltaDeltaDeltaD ] ||
+  e2e_fail "the fourth label holds '$(e2e_control_text Edit 1764)', not its first 31 characters"
 e2e_key Return
 e2e_expect "OK did not close the record settings" -t 10 "nowindow=VELDOR - Record settings"
-expect_ini General "Record Interval in Meters" 0
-expect_ini General "Record Interval Seconds" 1
-expect_ini General "Record Interval Meters" 1
-expect_ini General "Autosave Enable" 1
-expect_ini General "Autosave Interval" 7
-expect_ini General Averaging 1
+e2e_expect_ini General "Record Interval in Meters=0" "Record Interval Seconds=1" "Record Interval Meters=1" "Autosave Enable=1" "Autosave Interval=7" Averaging=1
 e2e_view_shot recset_after
 pixels listing-changed "$ART/colours_after.png" "$ART/recset_after.png" "$ART/opened.probe" 0.6 1.0 0 1
 e2e_pass "Record settings: TZR refusal, then 1, 1, 1, 7, 1 written and the labels drawn"
 
 # ---- File > Preferences -------------------------------------------------------------------------
 before_rows="$(pixels_out row-height "$ART/recset_after.png" "$ART/recset_after.probe")"
-open_dialog "alt+f p" "VELDOR - Preferences" "Set preferences"
+e2e_open_dialog alt+f p "VELDOR - Preferences" "Set preferences"
 e2e_shot prefs_dialog
 e2e_key Down Tab Up Up
 e2e_expect "no Preferences" -t 5 "window=VELDOR - Preferences"
-[ "$(control_text Edit 1774)" = 14 ] || e2e_fail "the Listing size after Up Up: '$(control_text Edit 1774)'"
+[ "$(e2e_control_text Edit 1774)" = 14 ] || e2e_fail "the Listing size after Up Up: '$(e2e_control_text Edit 1774)'"
 e2e_key Tab Tab
 e2e_type 20
 e2e_key Tab Tab Tab space
@@ -227,18 +194,13 @@ plot_font="$(e2e_ini_value Plot FontName)"
 [ -n "$listing_font" ] && [ "$listing_font" != "$plot_font" ] ||
   e2e_fail "Down chose no other Listing font: '$listing_font', Plot '$plot_font'"
 case "$plot_font" in "" | Arial) ;; *) e2e_fail "the Plot's font became '$plot_font'" ;; esac
-expect_ini Listing FontSize 14
-expect_ini Plot FontSize 20
-expect_ini Chart FontSize 12
-expect_ini General "Show Path" 1
+e2e_expect_ini Listing FontSize=14
+e2e_expect_ini Plot FontSize=20
+e2e_expect_ini Chart FontSize=12
+e2e_expect_ini General "Show Path=1"
 e2e_view_shot prefs_after
 after_rows="$(pixels_out row-height "$ART/prefs_after.png" "$ART/prefs_after.probe")"
 [ "$after_rows" -gt "$before_rows" ] || e2e_fail "the Listing's rows did not grow: $before_rows, then $after_rows pixels"
 e2e_pass "Preferences: '$listing_font' 14, Plot 20, full path; header $before_rows -> $after_rows pixels"
 
-e2e_key alt+f
-e2e_expect "the File menu did not open" -t 5 window=
-e2e_key x
-if e2e_wait -t 3 window=VELDOR; then e2e_key n; fi
-e2e_wait_exit 15
-e2e_check_answering
+e2e_quit n

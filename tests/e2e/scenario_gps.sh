@@ -31,12 +31,7 @@ declare -A AT=([hour]=0 [minute]=1 [second]=2 [offset]=3 [set_time]=4 [day]=5 [m
 FOCUS=0
 
 gps_open() {
-  e2e_mark
-  e2e_key alt+c
-  e2e_expect "the Configure menu did not open" -t 5 window=
-  e2e_key g
-  e2e_expect "no dialog \"$TITLE\"" -t 10 window="$TITLE" enabled=0
-  e2e_wait_status "Configure GPS" 5 || e2e_fail "no \"Configure GPS\" status line"
+  e2e_open_dialog alt+c g "$TITLE" "Configure GPS" enabled=0
   FOCUS=0
 }
 gps_close() {
@@ -94,18 +89,13 @@ gps_box() {
   grep -q -F "window=#32770|$TITLE|0|" "$ART/last_probe.txt" ||
     e2e_fail "the box \"$1\" is not owned by the dialog (the dialog takes input)"
 }
-ini_sum() { if [ -f "$INI" ]; then md5sum <"$INI"; else echo none; fi; }
 
 e2e_fresh_settings
-e2e_start_sim --self-test "8 0xC000"
-e2e_start_program
-e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
-e2e_close_signon
-e2e_focus
+e2e_start_linked --self-test "8 0xC000"
 sleep 1
 
 # ---- Opening: the PC's date, the defaults of "GPS Set" ------------------------------------
-ini_before="$(ini_sum)"
+ini_before="$(e2e_ini_sum)"
 gps_open
 e2e_shot gps_open
 gps_fields "day=$(date +%-d)" "month=$(date +%-m)" "year=$(date +%Y)" offset=0 lat_deg=0 lat_min=0 \
@@ -140,7 +130,7 @@ done
 sleep 2
 sent="$(e2e_received_after "$before")"
 [ -z "$sent" ] || e2e_fail "refused Sets sent: $(echo "$sent" | tr '\n' '|')"
-[ "$(ini_sum)" = "$ini_before" ] || e2e_fail "a refused Set or Escape changed the settings file"
+[ "$(e2e_ini_sum)" = "$ini_before" ] || e2e_fail "a refused Set or Escape changed the settings file"
 e2e_pass "${#refusals[@]} refused Sets: each message, the typed text kept, nothing sent, settings untouched"
 
 # ---- Every command on the wire ----------------------------------------------------------------
@@ -209,23 +199,19 @@ got="$(e2e_received_after "$before" | tr '\n' '|')"
 [ "$got" = "$want" ] || e2e_fail "the wire got \"$got\", not \"$want\""
 e2e_pass "the frames on the wire: $want"
 
-expected_keys="UTC Offset=5|Lat N/S=S|Lat Deg=12|Lat Min=30|Lat Sec=15.500|Long E/W=W|Long Deg=1|Long Min=2|Long Sec=3.250"
-IFS='|' read -r -a keys <<<"$expected_keys"
-for entry in "${keys[@]}"; do
-  value="$(e2e_ini_value "GPS Set" "${entry%%=*}")"
-  [ "$value" = "${entry#*=}" ] || e2e_fail "\"${entry%%=*}\" is \"$value\", not \"${entry#*=}\""
-done
-e2e_pass "the \"GPS Set\" keys: $expected_keys"
+e2e_expect_ini "GPS Set" "UTC Offset=5" "Lat N/S=S" "Lat Deg=12" "Lat Min=30" "Lat Sec=15.500" "Long E/W=W" \
+  "Long Deg=1" "Long Min=2" "Long Sec=3.250"
+e2e_pass "the \"GPS Set\" keys: the offset and the position set"
 
 gps_press "done"
 e2e_expect "Done did not close the dialog" -t 10 nowindow="$TITLE" enabled=1
 
 # ---- Reopened: what was set, and Escape leaves the settings alone -------------------------------
-ini_before="$(ini_sum)"
+ini_before="$(e2e_ini_sum)"
 gps_open
 gps_fields offset=5 lat_deg=12 lat_min=30 lat_sec=15.500 long_deg=1 long_min=2 long_sec=3.250
 e2e_shot gps_reopened
 gps_close
-[ "$(ini_sum)" = "$ini_before" ] || e2e_fail "opening and closing the dialog changed the settings file"
+[ "$(e2e_ini_sum)" = "$ini_before" ] || e2e_fail "opening and closing the dialog changed the settings file"
 e2e_pass "reopened, it shows the offset and position last set; closing it writes nothing"
 e2e_check_answering

@@ -22,7 +22,6 @@ E2E_SCENARIO=instruments
 # shellcheck source=lib.sh
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-ini_sum() { if [ -f "$INI" ]; then md5sum <"$INI"; else echo none; fi; }
 wire_mark() { WIRE=$(e2e_received | wc -l); }
 # expect_wire WHAT BODY...: exactly these bodies went out since wire_mark.
 expect_wire() {
@@ -34,26 +33,8 @@ expect_wire() {
   got="$(e2e_received_after "$WIRE")"
   [ "$got" = "$want" ] || e2e_fail "$what: sent [$(echo "$got" | tr '\n' ' ')], not [$*]"
 }
-# expect_keys SECTION KEY=VALUE...
-expect_keys() {
-  local section="$1" pair got
-  shift
-  for pair in "$@"; do
-    got="$(e2e_ini_value "$section" "${pair%%=*}")"
-    [ "$got" = "${pair#*=}" ] || e2e_fail "[$section] ${pair%%=*} is \"$got\", not \"${pair#*=}\""
-  done
-}
 # open_dialog TITLE STATUS KEY...: the menu keys after Alt+C.
-open_dialog() {
-  local title="$1" status="$2"
-  shift 2
-  e2e_mark
-  e2e_key alt+c
-  e2e_expect "the Configure menu did not open" -t 5 window=
-  e2e_key "$@"
-  e2e_expect "no dialog \"$title\"" -t 10 window="$title" enabled=0
-  e2e_wait_status "$status" 5 || e2e_fail "no \"$status\" status line"
-}
+open_dialog() { e2e_open_dialog alt+c "${*:3}" "$1" "$2" enabled=0; }
 close_dialog() {
   e2e_key "$2"
   e2e_expect "the dialog \"$1\" did not close" -t 10 nowindow="$1" enabled=1
@@ -67,20 +48,16 @@ answer_yes() {
 # cancel_keeps TITLE STATUS KEY...: Escape sends nothing, the file stays.
 cancel_keeps() {
   local title="$1" before
-  before="$(ini_sum)"
+  before="$(e2e_ini_sum)"
   wire_mark
   open_dialog "$@"
   close_dialog "$title" Escape
   expect_wire "Escape in \"$title\""
-  [ "$(ini_sum)" = "$before" ] || e2e_fail "Escape in \"$title\" changed the settings file"
+  [ "$(e2e_ini_sum)" = "$before" ] || e2e_fail "Escape in \"$title\" changed the settings file"
 }
 
 e2e_fresh_settings
-e2e_start_sim
-e2e_start_program
-e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
-e2e_close_signon
-e2e_focus
+e2e_start_linked
 sleep 1
 
 # ---- GpsDiffBox ---------------------------------------------------------------------------
@@ -94,8 +71,8 @@ e2e_key Return
 answer_yes "Enabling GPS differential scan mode will disable TZR4100 mode."
 e2e_expect "the dialog stayed open" -t 10 nowindow="$GPSDIFF" enabled=1
 expect_wire "GpsDiffBox OK" "GD 1 9600"
-expect_keys "GPS Diff" "Enable GPS Diff mode=1" "Baud Rate=9600"
-expect_keys TZR4100 "Enable TZR4100 mode=0"
+e2e_expect_ini "GPS Diff" "Enable GPS Diff mode=1" "Baud Rate=9600"
+e2e_expect_ini TZR4100 "Enable TZR4100 mode=0"
 e2e_pass "GpsDiffBox: Escape sends nothing; OK sends GD 1 9600 and writes its keys"
 
 # ---- AR3000aBox ---------------------------------------------------------------------------
@@ -112,21 +89,21 @@ e2e_key Return
 answer_yes "Enabling AR3000A scan mode will disable GPS differential mode."
 e2e_expect "the dialog stayed open" -t 10 nowindow="$AR" enabled=1
 expect_wire "AR3000aBox OK" "AC R145.5C,T89.0W,T90.0W,T91.0W,9600" "AS 1"
-expect_keys AR3000A "Enable AR3000A mode=1" "Baud Rate=9600" "Ch1 Freq=145.5" "Ch1 Mode=CW" \
+e2e_expect_ini AR3000A "Enable AR3000A mode=1" "Baud Rate=9600" "Ch1 Freq=145.5" "Ch1 Mode=CW" \
   "Ch1 Att on=1" "Ch2 Freq=89.0" "Ch4 Mode=WFM" "Ch4 Att on=0"
-expect_keys "GPS Diff" "Enable GPS Diff mode=0"
+e2e_expect_ini "GPS Diff" "Enable GPS Diff mode=0"
 e2e_pass "AR3000aBox: Escape sends nothing; OK sends the AC body and AS 1 and writes its keys"
 
 # ---- TzrBox -------------------------------------------------------------------------------
 TZR="VELDOR - Configure TZR4100"
-before="$(ini_sum)"
+before="$(e2e_ini_sum)"
 wire_mark
 open_dialog "$TZR" "Configure TZR4100" a t
 e2e_key space
 expect_wire "the enable box" "MS 1"
 close_dialog "$TZR" Escape
 expect_wire "the enable box, then Escape" "MS 1" "MS 0"
-[ "$(ini_sum)" = "$before" ] || e2e_fail "Escape in TzrBox left the settings file changed"
+[ "$(e2e_ini_sum)" = "$before" ] || e2e_fail "Escape in TzrBox left the settings file changed"
 e2e_pass "TzrBox: the enable box sends MS 1 at once, Escape MS 0, the file as it was"
 
 wire_mark
@@ -151,9 +128,9 @@ e2e_key Return
 answer_yes "Enabling TZR4100 mode will disable AR3000A scan mode."
 e2e_expect "the dialog stayed open" -t 10 nowindow="$TZR" enabled=1
 expect_wire "TzrBox OK" "MS 1" "MC 3" "MS 1" "MN 99" "MC 3" "MI 1"
-expect_keys TZR4100 "Enable TZR4100 mode=1" "Inital channel=03" "Number of channels=99" \
+e2e_expect_ini TZR4100 "Enable TZR4100 mode=1" "Inital channel=03" "Number of channels=99" \
   "Input channel=4"
-expect_keys AR3000A "Enable AR3000A mode=0"
+e2e_expect_ini AR3000A "Enable AR3000A mode=0"
 e2e_pass "TzrBox: spin up stops at 99; Set now sends MC 3; OK sends MS 1, MN 99, MC 3, MI 1 and stores 99 and 4"
 
 # ---- PortsBox -----------------------------------------------------------------------------
@@ -170,7 +147,7 @@ tail -n +$((E2E_MARK + 1)) "$STATUS_LINES" | sed -n 's/^[0-9]* pane0=//p' >"$ART
 grep -q -x "Port closed" "$ART/ports_lines.txt" || e2e_fail "no \"Port closed\""
 [ "$(grep -n -x -e "Port closed" -e "<< PC port error >>" "$ART/ports_lines.txt" | cut -d: -f2 | tr '\n' '|')" = \
   "Port closed|<< PC port error >>|" ] || e2e_fail "not \"Port closed\" then the error: $(tr '\n' '|' <"$ART/ports_lines.txt")"
-expect_keys Port "PC Port=COM4"
+e2e_expect_ini Port "PC Port=COM4"
 expect_wire "the port change" "OP 0"
 e2e_pass "PortsBox: COM4 stored; the port closes (OP 0, \"Port closed\") and COM4 fails"
 
@@ -185,7 +162,7 @@ e2e_key Home
 e2e_mark
 close_dialog "$PORTS" Return
 e2e_wait_status "COM1 opened" 15 || e2e_fail "no \"COM1 opened\""
-expect_keys Port "PC Port=COM1"
+e2e_expect_ini Port "PC Port=COM1"
 expect_wire "COM1 again" "MS 1" "MN 99" "MC 3" "MI 1" "OP 1"
 e2e_pass "PortsBox: COM1 again: \"COM1 opened\", the TZR4100 set-up and OP 1"
 

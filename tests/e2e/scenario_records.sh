@@ -28,39 +28,17 @@ cat >"$CHECK" <<'PY'
                                          TXT is the listing text file of DAT
 """
 import re
-import struct
 import sys
 import time
 
-HEADER = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
+from views_survey import f32, fact, read_survey as read
+
 LAT_LIMIT, LON_LIMIT, READING_LIMIT = 185414000, -3594000, "50.2"
-
-
-def f32(x):
-    return struct.unpack("<f", struct.pack("<f", x))[0]
 
 
 def value(raw):
     """The default curve (0, 0.0) to (255, 100.0), one rounding a step."""
     return 100.0 if raw == 255 else f32(f32(raw / 255.0) * 100.0)
-
-
-def read(path):
-    b = open(path, "rb").read()
-    at = HEADER
-    count = struct.unpack_from("<i", b, at)[0]
-    at += 4
-    rows = []
-    for _ in range(count):
-        flags, acc, c0, c1, c2, c3, lat, lon, t = struct.unpack_from("<BB4BiiI", b, at)
-        rows.append((flags, acc, (c0, c1, c2, c3), lat, lon, t))
-        at += 18
-    tags = []
-    for k in range(struct.unpack_from("<i", b, at)[0]):
-        rec = struct.unpack_from("<i", b, at + 4 + 55 * k)[0]
-        text = b[at + 8 + 55 * k:at + 8 + 55 * k + 51].split(b"\0")[0].decode("latin-1")
-        tags.append((rec, text))
-    return rows, tags
 
 
 def by_reading(row):
@@ -78,12 +56,6 @@ def apply(rows, tags, removes):
             new_index[i] = len(kept)
             kept.append(r)
     return kept, [(new_index[r], t) for r, t in tags if r in new_index]
-
-
-def fact(ok, text):
-    print(("ok    " if ok else "WRONG ") + text)
-    if not ok:
-        sys.exit(1)
 
 
 def filtered(orig, saved, last):
@@ -164,7 +136,7 @@ if __name__ == "__main__":
     else:
         sys.exit(__doc__)
 PY
-check() { python3 "$CHECK" "$@" >>"$ART/checks.txt" 2>&1 || { tail -3 "$ART/checks.txt"; e2e_fail "$1 $(basename "$3"): $(tail -1 "$ART/checks.txt")"; }; }
+check() { e2e_check checks.txt "$CHECK" "$@"; }
 
 DAT="$ART/survey.DAT"
 BY_READING="$ART/by_reading.DAT"
@@ -174,57 +146,26 @@ LIST2="$ART/list_dms_tab.txt"
 python3 "$E2E_ROOT_DIR/tests/e2e/views_survey.py" make "$DAT"
 
 e2e_fresh_settings
-e2e_settings <<EOF
-Main window|Maximised|1
-Main window|Show tags|0
-Listing|Origin X|0
-Listing|Origin Y|0
-Listing|Width|560
-Listing|Height|400
-EOF
-e2e_start_program
-e2e_close_signon
-e2e_focus
-
-e2e_open_survey "$DAT"
+e2e_view_layout
+e2e_start_on_survey "$DAT"
 
 shot() { sleep 0.5; e2e_shot "$1"; }
-# The settings file's bytes now, to compare after a dialog that must not write.
-ini_snapshot() { cp "$INI" "$ART/ini_before.txt"; }
-ini_unchanged() { cmp -s "$INI" "$ART/ini_before.txt" || e2e_fail "$1 changed the settings file"; }
+ini_snapshot() { INI_BEFORE="$(e2e_ini_sum)"; }
+ini_unchanged() { [ "$(e2e_ini_sum)" = "$INI_BEFORE" ] || e2e_fail "$1 changed the settings file"; }
 # message TEXT: a "VELDOR" box in front saying TEXT (newlines as \n).
 message() {
   e2e_expect "no box \"$1\"" -t 10 window=VELDOR
   grep -qF "|$1" "$ART/last_probe.txt" || e2e_fail "the box does not say \"$1\": $(grep '^control=' "$ART/last_probe.txt" | tr '\n' ' ')"
 }
-# save_as PATH: File > Save As into PATH.
-save_as() {
-  e2e_key alt+f
-  e2e_expect "the File menu did not open" -t 5 window=
-  e2e_key a
-  e2e_expect "no file dialog \"Save Data File...\"" -t 15 window="Save Data File..."
-  e2e_type "$(e2e_winpath "$1")"
-  e2e_key Return
-  e2e_expect "$(basename "$1") is not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ $(basename "$1") ]"
-}
-open_filter() {
-  e2e_mark
-  e2e_key alt+r
-  e2e_expect "the Record menu did not open" -t 5 window=
-  e2e_key f
-  e2e_expect "no dialog \"Filter Records\"" -t 10 window="Filter Records"
-  e2e_wait_status "Filter records" 5 || e2e_fail "no \"Filter records\""
-}
+open_filter() { e2e_open_dialog alt+r f "Filter Records" "Filter records"; }
 
 # ---- Filter Records: nothing chosen, then Cancel ---------------------------------------------
 ini_snapshot
 open_filter
 shot filter_box
-for label in "Filter on Position" "Remove readings where GPS was not tracking" "Filter on Latitude" \
-  "mSec" "Filter on Longitude" "Filter on Reading" "Filter on channel" \
-  "all readings" "Calibrated units" "Raw units" "OK" "Cancel" "Help"; do
-  grep -qF "|$label" "$ART/last_probe.txt" || e2e_fail "Filter Records has no \"$label\""
-done
+e2e_has_labels "Filter Records" "Filter on Position" "Remove readings where GPS was not tracking" \
+  "Filter on Latitude" "mSec" "Filter on Longitude" "Filter on Reading" "Filter on channel" \
+  "all readings" "Calibrated units" "Raw units" "OK" "Cancel" "Help"
 e2e_key Return
 message "Nothing to do"
 shot filter_nothing_to_do
@@ -241,7 +182,7 @@ e2e_key Tab Tab Tab Tab Tab Tab Tab space Tab Tab Down Tab
 e2e_type 50.2
 e2e_key Return
 e2e_expect "Filter Records stayed open" -t 10 nowindow="Filter Records"
-save_as "$BY_READING"
+e2e_save_as "$BY_READING"
 check filtered "$DAT" "$BY_READING" reading
 e2e_pass "filter by reading: the saved file holds the records left and their tags"
 
@@ -254,19 +195,12 @@ xdotool type --delay 20 -- -3594000
 e2e_key Return
 e2e_expect "Filter Records stayed open" -t 10 nowindow="Filter Records"
 shot filtered
-save_as "$BY_POSITION"
+e2e_save_as "$BY_POSITION"
 check filtered "$DAT" "$BY_POSITION" position
 e2e_pass "filter by position: the saved file holds the records left and their tags"
 
 # ---- Create Listing File ------------------------------------------------------------------------
-open_make_file() {
-  e2e_mark
-  e2e_key alt+f
-  e2e_expect "the File menu did not open" -t 5 window=
-  e2e_key f
-  e2e_expect "no dialog \"Create Listing File\"" -t 10 window="Create Listing File"
-  e2e_wait_status "Creating list file" 5 || e2e_fail "no \"Creating list file\""
-}
+open_make_file() { e2e_open_dialog alt+f f "Create Listing File" "Creating list file"; }
 # Replaces the text of the edit that has the focus.
 retype() { e2e_key End shift+Home BackSpace; [ -z "$1" ] || e2e_type "$1"; }
 written() { e2e_wait_status "Data written to file '$1'" 10 || e2e_fail "no \"Data written to file '$1'\""; }
@@ -274,10 +208,8 @@ written() { e2e_wait_status "Data written to file '$1'" 10 || e2e_fail "no \"Dat
 ini_snapshot
 open_make_file
 shot make_file_box
-for label in "File Name" "Select" "Deg" "Deg Min" "Deg Min Sec" "Milliseconds" "North/South" "+/-" \
-  "0" "0.0" "0.000" "Raw" "Space" "TAB" "Comma" "OK" "Cancel" "&Help"; do
-  grep -qF "|$label" "$ART/last_probe.txt" || e2e_fail "Create Listing File has no \"$label\""
-done
+e2e_has_labels "Create Listing File" "File Name" "Select" "Deg" "Deg Min" "Deg Min Sec" "Milliseconds" \
+  "North/South" "+/-" "0" "0.0" "0.000" "Raw" "Space" "TAB" "Comma" "OK" "Cancel" "&Help"
 retype ""
 e2e_key Return
 message "No filename specified"
@@ -308,8 +240,7 @@ shot make_file_overwrite
 e2e_key n
 e2e_expect "the dialog closed after No" -t 5 nowindow=VELDOR window="Create Listing File"
 cmp -s "$LIST1" "$ART/list1_before.txt" || e2e_fail "No changed $(basename "$LIST1")"
-[ "$(e2e_ini_value "Listing File" "Lat/Long"),$(e2e_ini_value "Listing File" Sign),$(e2e_ini_value "Listing File" "Decimal places"),$(e2e_ini_value "Listing File" Separator)" = "3,2,3,2" ] ||
-  e2e_fail "the format was not stored before the question"
+e2e_expect_ini "Listing File" Lat/Long=3 Sign=2 "Decimal places=3" Separator=2  # stored before the question
 # Select, from the separators back to its button, names the second file.
 e2e_key shift+Tab shift+Tab shift+Tab shift+Tab space
 e2e_expect "no file dialog \"Save Text File...\"" -t 15 window="Save Text File..."
@@ -334,8 +265,4 @@ written "$(basename "$LIST1")"
 check listing "$BY_POSITION" "$LIST1" 3 2 3 2
 e2e_pass "Yes overwrote the file in the stored format"
 
-e2e_key alt+f
-e2e_expect "the File menu did not open" -t 5 window=
-e2e_key x
-e2e_wait_exit 15
-e2e_check_answering
+e2e_quit

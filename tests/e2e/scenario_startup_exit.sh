@@ -95,10 +95,7 @@ e2e_wait_exit 15
 e2e_pass "OP 0 sent, the question answered, program ended"
 
 [ -f "$INI" ] || e2e_fail "no settings file written"
-for key in "Show listing" "Show plot" "Show chart" "Show tags"; do
-  [ "$(e2e_ini_value "Main window" "$key")" = 1 ] || e2e_fail "Main window: $key is not 1"
-done
-[ "$(e2e_ini_value "Main window" Maximised)" = 0 ] || e2e_fail "Main window: Maximised is not 0"
+e2e_expect_ini "Main window" "Show listing=1" "Show plot=1" "Show chart=1" "Show tags=1" Maximised=0
 # The Text Tags window has a fixed size and keeps only its origin.
 for place in "Main window:Origin X,Origin Y,Width,Height" "Listing:Origin X,Origin Y,Width,Height" \
              "Plot:Origin X,Origin Y,Width,Height" "Chart:Origin X,Origin Y,Width,Height" \
@@ -111,7 +108,7 @@ for place in "Main window:Origin X,Origin Y,Width,Height" "Listing:Origin X,Orig
   done
 done
 [ "$(e2e_ini_value "Main window" Width)" -gt 100 ] || e2e_fail "Main window: Width too small"
-[ "$(e2e_ini_value Chart Channel)" = 1 ] || e2e_fail "Chart: Channel is not 1"
-[ "$(e2e_ini_value Plot Channel)" = 1 ] || e2e_fail "Plot: Channel is not 1"
+e2e_expect_ini Chart Channel=1
+e2e_expect_ini Plot Channel=1
 e2e_pass "Main window keys and the places of the four child windows written"
 e2e_check_answering

@@ -26,11 +26,7 @@ DAT_WIN="$(e2e_winpath "$DAT")"
 e2e_fresh_settings
 e2e_setting General "Record Interval Seconds" 1
 since=$(date +%s)
-e2e_start_sim --period-ms 2000
-e2e_start_program
-e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
-e2e_close_signon
-e2e_focus
+e2e_start_linked --period-ms 2000
 
 # ---- F1, eight records, F2 ---------------------------------------------------------------
 before=$(e2e_received | wc -l)

@@ -25,23 +25,11 @@ DAT="$ART/tags.DAT"
 SAVED="$ART/saved.DAT"
 $VIEWS make "$DAT"
 
-# The tags of a data file as "RECORD:TEXT" (zero-based record), one a line.
-file_tags() {
-  python3 - "$1" <<'EOF'
-import struct, sys
-b = open(sys.argv[1], "rb").read()
-at = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
-at += 4 + 18 * struct.unpack_from("<i", b, at)[0]
-for k in range(struct.unpack_from("<i", b, at)[0]):
-    record, text = struct.unpack_from("<i51s", b, at + 4 + 55 * k)
-    print("%d:%s" % (record, text.split(b"\0")[0].decode("latin-1")))
-EOF
-}
 # expect_tags FILE WHAT RECORD:TEXT...: the file's tags are exactly these.
 expect_tags() {
   local file="$1" what="$2" got want
   shift 2
-  got="$(file_tags "$file" | tr '\n' ' ')"
+  got="$($VIEWS tags "$file" | tr '\n' ' ')"
   want="$(printf '%s\n' "$@" | tr '\n' ' ')"
   [ "$got" = "$want" ] || e2e_fail "$what: the file's tags are [$got], expected [$want]"
 }
@@ -66,16 +54,12 @@ select_line() {
 }
 # list_lines SHOT PROBE: how many pixel rows of the list's inside hold text.
 list_lines() {
-  python3 - "$@" <<'EOF'
-import subprocess, sys
-ox, oy, w, _ = [int(v) for v in open(sys.argv[2]).read().split("client=Veldor_Tags|")[1].split()[0].split(",")]
+  PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 -c '
+import sys, views_survey as v
+s, (ox, oy, w, _) = v.Shot(sys.argv[1]), v.client(sys.argv[2], "Veldor_Tags")
 u = (w + 16) // 176
-ppm = subprocess.run(["convert", sys.argv[1], "ppm:-"], check=True, capture_output=True).stdout
-parts = ppm.split(maxsplit=4)
-sw, px = int(parts[1]), parts[4]
-dark = lambda x, y: sum(px[(y * sw + x) * 3:(y * sw + x) * 3 + 3]) < 300
-print(sum(any(dark(ox + x, oy + y) for x in range(6 * u, 100 * u)) for y in range(8 * u, 88 * u)))
-EOF
+print(sum(any(sum(s.at(ox + x, oy + y)) < 300 for x in range(6 * u, 100 * u)) for y in range(8 * u, 88 * u)))
+' "$@"
 }
 save() {
   e2e_mark
@@ -89,11 +73,7 @@ e2e_settings <<EOF
 Text Tags|Origin X|0
 Text Tags|Origin Y|400
 EOF
-e2e_start_program
-e2e_close_signon
-e2e_focus
-
-e2e_open_survey "$DAT"
+e2e_start_on_survey "$DAT"
 e2e_view_shot opened
 
 # ---- F5: new tags -------------------------------------------------------------------------------------
@@ -119,13 +99,7 @@ e2e_type "11"
 e2e_key Return
 e2e_expect "OK with index 11 did not close the dialog" -t 10 nowindow="Add/Edit Tag Text"
 e2e_view_shot added
-e2e_key alt+f
-e2e_expect "the File menu did not open" -t 5 window=
-e2e_key a
-e2e_expect "no file dialog \"Save Data File...\"" -t 15 window="Save Data File..."
-e2e_type "$(e2e_winpath "$SAVED")"
-e2e_key Return
-e2e_expect "the file is not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ saved.DAT ]"
+e2e_save_as "$SAVED"
 expect_tags "$SAVED" "after F5" "0:Tag at record 1" "5:Tag at record 6" "10:Gate 11" "47:Tag at record 48" \
   "150:Tag at record 151" "299:Tag at record 300" "299:Last one"
 e2e_pass "F5: the last record offered, index 0 refused in silence, the tag on record 11 saved in its sorted place"
@@ -154,8 +128,8 @@ e2e_pass "Edit: the third line's tag offered as it was, then moved to record 12 
 select_line 3
 button 7
 e2e_view_shot shown
-$VIEWS plot "$ART/shown.png" "$ART/shown.probe" "$DAT" --channel 0 --cross 47 >>"$ART/pixels.txt" 2>&1 ||
-  e2e_fail "Show did not put the cross hair on record 48: $(tail -1 "$ART/pixels.txt")"
+e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" plot "$ART/shown.png" "$ART/shown.probe" "$DAT" \
+  --channel 0 --cross 47
 e2e_pass "Show: the Plot's cross hair on record 48"
 
 # ---- Delete the third and the last line -----------------------------------------------------------------
@@ -194,15 +168,13 @@ e2e_view_shot manual_typed
 e2e_key Return
 e2e_expect "OK did not close \"Take Manual Reading\" after typing" -t 10 nowindow="Take Manual Reading"
 save
-python3 -c '
-import sys
-sys.path.insert(0, sys.argv[1])
-import views_survey as v
-before, after = v.read_records(sys.argv[2]), v.read_records(sys.argv[3])
+PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 -c '
+import sys, views_survey as v
+before, after = v.read_records(sys.argv[1]), v.read_records(sys.argv[2])
 want = before + [(0, (0, 0, 0, 0), 0, 0), (0, (44, 17, 255, 255), -123456, 654321)]
 print("records", len(after), "last two", after[-2:])
 sys.exit(0 if after == want else 1)
-' "$E2E_ROOT_DIR/tests/e2e" "$DAT" "$SAVED" >>"$ART/records.txt" 2>&1 ||
+' "$DAT" "$SAVED" >>"$ART/records.txt" 2>&1 ||
   e2e_fail "the saved file is not the survey and the two manual records: $(tail -1 "$ART/records.txt")"
 e2e_pass "F4: record 301 with the offered zeros, record 302 at (-123456, 654321) with readings 44 17 255 255, flags 0"
 
@@ -224,8 +196,4 @@ e2e_expect "the box did not close" -t 10 nowindow=VELDOR
 e2e_wait -t 2 nowindow="Add/Edit Tag Text" || e2e_fail "the dialog opened after \"No records to tag\""
 e2e_pass "an empty store: \"No records to tag\" and no dialog"
 
-e2e_key alt+f
-e2e_expect "the File menu did not open" -t 5 window=
-e2e_key x
-e2e_wait_exit 15
-e2e_check_answering
+e2e_quit

@@ -18,6 +18,8 @@
       SAVED is DAT less record INDEX, with the tags behind it moved.
   views_survey.py suspended SHOT.png PROBE.txt 1|0
       The Plot shows the suspension text and no dots (1), or dots (0).
+  views_survey.py tags DAT
+      Prints the tags of DAT as "RECORD:TEXT" (record from 0), one a line.
 
 Every expectation is computed here from the file, the window sizes the probe
 reports and the arithmetic the operator's manual gives; nothing is read from
@@ -64,18 +66,26 @@ def make(path, count=300):
         f.write(data)
 
 
-def read_records(path):
-    """(flags, ch, lat, lon) of each record of a v1.4 file."""
+def f32(x):
+    return struct.unpack("<f", struct.pack("<f", x))[0]
+
+
+def read_survey(path):
+    """The records (flags, channel, ch, lat, lon, time) and the tags (record,
+    text) of a v1.4 file."""
     b = open(path, "rb").read()
     at = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
     count = struct.unpack_from("<i", b, at)[0]
-    at += 4
-    out = []
-    for _ in range(count):
-        flags, _ch, c0, c1, c2, c3, lat, lon, _t = struct.unpack_from("<BB4BiiI", b, at)
-        out.append((flags, (c0, c1, c2, c3), lat, lon))
-        at += 18
-    return out
+    rows = [struct.unpack_from("<BB4BiiI", b, at + 4 + 18 * i) for i in range(count)]
+    rows = [(r[0], r[1], r[2:6], r[6], r[7], r[8]) for r in rows]
+    at += 4 + 18 * count
+    tags = [struct.unpack_from("<i51s", b, at + 4 + 55 * k) for k in range(struct.unpack_from("<i", b, at)[0])]
+    return rows, [(r, t.split(b"\0")[0].decode("latin-1")) for r, t in tags]
+
+
+def read_records(path):
+    """(flags, ch, lat, lon) of each record of a v1.4 file."""
+    return [(f, ch, lat, lon) for f, _, ch, lat, lon, _ in read_survey(path)[0]]
 
 
 def value(raw):
@@ -211,14 +221,7 @@ def check_deleted(path, saved, index):
     before, after = read_records(path), read_records(saved)
     fact(after == before[:index] + before[index + 1:], f"{len(after)} records: record {index + 1} gone")
     want = [t - (t > index) for t in TAGGED if t != index]
-    fact(read_tags(saved) == want, f"tags on {want}")
-
-
-def read_tags(path):
-    b = open(path, "rb").read()
-    at = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
-    at += 4 + 18 * struct.unpack_from("<i", b, at)[0]
-    return [struct.unpack_from("<i", b, at + 4 + 55 * k)[0] for k in range(struct.unpack_from("<i", b, at)[0])]
+    fact([r for r, _ in read_survey(saved)[1]] == want, f"tags on {want}")
 
 
 def check_suspended(shot, probe, suspended):
@@ -283,6 +286,8 @@ def main(argv):
         check_deleted(pos[0], pos[1], int(pos[2]))
     elif cmd == "suspended":
         check_suspended(pos[0], pos[1], int(pos[2]))
+    elif cmd == "tags":  # the tags of DAT, "RECORD:TEXT" a line
+        print("".join("%d:%s\n" % t for t in read_survey(pos[0])[1]), end="")
     elif cmd == "chart":
         mark = int(opt["--mark"]) if "--mark" in opt else None
         check_chart(pos[0], pos[1], pos[2], int(opt["--channel"]), mark)

@@ -9,7 +9,6 @@
 #include <signal.h>
 #include <spawn.h>
 #include <stdlib.h>
-#include <string.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -151,27 +150,6 @@ TEST_F(SimulatorLink, FaultsCostOneNaEachAndLoseNoGoodFrame) {
     Pump(300);
     EXPECT_EQ(Sent("NA"), SimLogged("RX", "NA"));
     EXPECT_EQ(10, liveState.dataValidTicks);
-}
-
-TEST_F(SimulatorLink, LineFeedAfterEachCarriageReturnSpoilsEveryFollowingFrame) {
-    Start({"--lf-after-cr"});
-    ASSERT_EQ(1, SendFrameText("OP 1"));
-    Pump(1500);
-    // Only the first frame can be good; each line after it costs one "NA",
-    // and the receiver keeps up without overflowing.
-    int invalid = CountStatus("Received invalid data from controller");
-    EXPECT_GT(invalid, 5);
-    EXPECT_EQ(invalid, Sent("NA"));
-    EXPECT_EQ(0, CountStatus("<< Port Overflow >>"));
-    EXPECT_LT(strlen(receiveBuffer), 100u);
-}
-
-TEST_F(SimulatorLink, NegativeAcknowledgementsRepeatTheLastFrameFiveTimes) {
-    Start({"--flood-na", "8"});
-    ASSERT_EQ(1, SendFrameText("OP 1"));
-    Pump(1500);
-    EXPECT_EQ(6, SimLogged("RX", "OP 1"));  // once sent, five times repeated
-    EXPECT_EQ(5, retransmitCount);
 }
 
 TEST_F(SimulatorLink, KeepAliveWatchdogAndStaleDataOnADrivenTick) {

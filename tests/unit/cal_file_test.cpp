@@ -24,10 +24,6 @@
 
 namespace {
 
-uint32_t Bits(float value) {
-    return FloatBits(value);
-}
-
 std::string DataFile(const char* name) {
     return TestDataPath(std::string("cal/") + name);
 }
@@ -88,7 +84,7 @@ TEST_F(CalFile, ReadsEachFileWithItsSpareBytesAndLeavesTheLookup) {
         for (size_t n = 0; n < c.points.size(); n++) {
             EXPECT_EQ(t.points[n].power, c.points[n].power) << n;
             EXPECT_EQ(0, memcmp(t.points[n].spare, c.points[n].spare, 3)) << n;
-            EXPECT_EQ(Bits(t.points[n].value), Bits(c.points[n].value)) << n;
+            EXPECT_EQ(FloatBits(t.points[n].value), FloatBits(c.points[n].value)) << n;
         }
         for (int i = 0; i < 256; i++) EXPECT_EQ(ChannelLookup[c.channel][i], 42.0f);
         EXPECT_EQ(fake.statusLines,

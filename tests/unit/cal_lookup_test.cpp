@@ -19,10 +19,6 @@
 
 namespace {
 
-uint32_t Bits(float value) {
-    return FloatBits(value);
-}
-
 void SetCurve(int channel, const std::vector<std::pair<int, float>>& points) {
     CalTable[channel].count = (int32_t)points.size();
     for (size_t n = 0; n < points.size(); n++) {
@@ -75,11 +71,11 @@ protected:
         EXPECT_EQ(CalTable[channel].points[1].power, 255);
         EXPECT_EQ(CalTable[channel].points[1].value, 100.0f);
         const float* e = ChannelLookup[channel];
-        EXPECT_EQ(Bits(e[0]), 0u);
-        EXPECT_EQ(Bits(e[1]), 0x3EC8C8CAu);
-        EXPECT_EQ(Bits(e[127]), 0x42473737u);
-        EXPECT_EQ(Bits(e[128]), 0x4248C8CAu);
-        EXPECT_EQ(Bits(e[254]), 0x42C73737u);
+        EXPECT_EQ(FloatBits(e[0]), 0u);
+        EXPECT_EQ(FloatBits(e[1]), 0x3EC8C8CAu);
+        EXPECT_EQ(FloatBits(e[127]), 0x42473737u);
+        EXPECT_EQ(FloatBits(e[128]), 0x4248C8CAu);
+        EXPECT_EQ(FloatBits(e[254]), 0x42C73737u);
         EXPECT_EQ(e[255], 100.0f);
     }
 };
@@ -144,10 +140,11 @@ TEST_F(CalLookup, CurvesGiveTheirEntriesBitForBit) {
         for (const Span& s : c.spans) {
             for (int i = s.first; i <= s.last; i++) {
                 float v = s.from == s.to ? s.a : Interpolate(i, s.from, s.a, s.to, s.b);
-                EXPECT_EQ(Bits(e[i]), Bits(v)) << "entry " << i;
+                EXPECT_EQ(FloatBits(e[i]), FloatBits(v)) << "entry " << i;
             }
         }
-        for (const auto& b : c.bits) EXPECT_EQ(Bits(e[b.first]), b.second) << "entry " << b.first;
+        for (const auto& b : c.bits)
+            EXPECT_EQ(FloatBits(e[b.first]), b.second) << "entry " << b.first;
     }
     EXPECT_EQ(fake.busy, 0);
 }
@@ -157,7 +154,8 @@ TEST_F(CalLookup, CountZeroIsTheIdentityAndFullTablesAreCopied) {
     for (int i = 0; i < 256; i++) ChannelLookup[2][i] = -1.0f;
     CalTable[2].count = 0;
     BuildChannelLookup(2);
-    for (int i = 0; i < 256; i++) EXPECT_EQ(Bits(ChannelLookup[2][i]), Bits((float)i)) << i;
+    for (int i = 0; i < 256; i++)
+        EXPECT_EQ(FloatBits(ChannelLookup[2][i]), FloatBits((float)i)) << i;
     EXPECT_EQ(CalTable[2].count, 0);
 
     // 256 points at powers 0 to 255; a count above 256 is cut and stored back.
@@ -167,7 +165,7 @@ TEST_F(CalLookup, CountZeroIsTheIdentityAndFullTablesAreCopied) {
         BuildChannelLookup(1);
         EXPECT_EQ(CalTable[1].count, 256);
         for (int i = 0; i < 256; i++)
-            EXPECT_EQ(Bits(ChannelLookup[1][i]), Bits(CalTable[1].points[i].value)) << i;
+            EXPECT_EQ(FloatBits(ChannelLookup[1][i]), FloatBits(CalTable[1].points[i].value)) << i;
     }
 }
 
@@ -199,7 +197,7 @@ TEST_F(CalLookup, BuildStopsAtTheEndOfTheChannelsEntries) {
     BuildChannelLookup(-1);
     BuildChannelLookup(4);
     for (int c = 0; c < 4; c++)
-        for (int i = 0; i < 256; i++) EXPECT_EQ(Bits(ChannelLookup[c][i]), 0u);
+        for (int i = 0; i < 256; i++) EXPECT_EQ(FloatBits(ChannelLookup[c][i]), 0u);
     EXPECT_EQ(fake.busy, 0);
 }
 
@@ -233,9 +231,9 @@ TEST_F(CalLookup, StartupReadsEachChannelsFileInTurnOrTheDefaultCurve) {
     LoadStartupCalibration();  // channel 4 has no name: the missing Default.cal
     // Channel 1: the file's curve.
     EXPECT_EQ(CalTable[0].count, 2);
-    EXPECT_EQ(Bits(ChannelLookup[0][11]), 0x40C00000u);
-    EXPECT_EQ(Bits(ChannelLookup[0][15]), 0x41200000u);
-    EXPECT_EQ(Bits(ChannelLookup[0][19]), 0x41600000u);
+    EXPECT_EQ(FloatBits(ChannelLookup[0][11]), 0x40C00000u);
+    EXPECT_EQ(FloatBits(ChannelLookup[0][15]), 0x41200000u);
+    EXPECT_EQ(FloatBits(ChannelLookup[0][19]), 0x41600000u);
     EXPECT_EQ(ChannelLookup[0][255], 15.0f);
     // Channel 2: a sound file with no points is the identity, not the default.
     EXPECT_EQ(CalTable[1].count, 0);

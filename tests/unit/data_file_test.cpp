@@ -29,14 +29,6 @@ std::string TestFile(const char* name) {
     return TestDataPath(std::string("datafiles/") + name);
 }
 
-std::string TempPath(const char* name) {
-    return TempTestPath(name);
-}
-
-std::string ReadBytes(const std::string& path) {
-    return ReadFileBytes(path);
-}
-
 uint32_t U32At(const std::string& b, size_t at) {
     return (uint32_t)(uint8_t)b[at] | (uint32_t)(uint8_t)b[at + 1] << 8 |
            (uint32_t)(uint8_t)b[at + 2] << 16 | (uint32_t)(uint8_t)b[at + 3] << 24;
@@ -99,20 +91,20 @@ protected:
 TEST_F(DataFile, EmptyStoreWritesTheFixedPartAtItsOffsets) {
     recordingParams.intervalSeconds = 5;
     recordingParams.intervalMeters = 500;
-    std::string path = TempPath("empty.dat");
+    std::string path = TempTestPath("empty.dat");
     UseFile(path);
     statusFlags |= STATUS_FULL_PATH;
     ASSERT_EQ(1, SaveDataFile());
-    std::string bytes = ReadBytes(path);
+    std::string bytes = ReadFileBytes(path);
     ASSERT_EQ(1223u, bytes.size());
     // Field for field what a fresh program saves; the reference is made
     // without the program's writer.
-    EXPECT_EQ(ReadBytes(TestFile("v1_4_empty.dat")), bytes);
+    EXPECT_EQ(ReadFileBytes(TestFile("v1_4_empty.dat")), bytes);
     EXPECT_EQ(std::vector<std::string>(
                   {"Opening file '" + path + "'", "Data written to file '" + path + "'"}),
               fake.statusLines);
     EXPECT_EQ(0, fake.busy);
-    EXPECT_EQ(ReadBytes(path + ".tmp"), "<missing>");
+    EXPECT_EQ(ReadFileBytes(path + ".tmp"), "<missing>");
 
     // Each header field at its offset.
     recordingParams.startTime = 0x01020304;
@@ -123,7 +115,7 @@ TEST_F(DataFile, EmptyStoreWritesTheFixedPartAtItsOffsets) {
     snprintf(recordingParams.calFileName[3], PathSize, "D.cal");
     snprintf(channelLabels[3], ChannelLabelSize, "Four");
     ASSERT_EQ(1, SaveDataFile());
-    bytes = ReadBytes(path);
+    bytes = ReadFileBytes(path);
     const struct {
         size_t at;
         std::string bytes;
@@ -170,10 +162,10 @@ TEST_F(DataFile, SavedSurveyReadsBackFieldByField) {
     snprintf(tagText[1], TagTextSize, "%050d", 1);  // 50 characters, the most a file holds
     tagText[2][0] = '\0';
 
-    std::string path = TempPath("roundtrip.dat");
+    std::string path = TempTestPath("roundtrip.dat");
     UseFile(path);
     ASSERT_EQ(1, SaveDataFile());
-    EXPECT_EQ((size_t)(1223 + 18 * n + 55 * 3), ReadBytes(path).size());
+    EXPECT_EQ((size_t)(1223 + 18 * n + 55 * 3), ReadFileBytes(path).size());
 
     const RecordingParams savedParams = recordingParams;
     std::vector<Record> savedRows(recordStore.rows, recordStore.rows + n);
@@ -264,7 +256,7 @@ TEST_F(DataFile, EveryVersionReadsWithItsOffsetsAndDefaultsAndSavesAsV14) {
     };
     FillPreviousSurvey();
     currentInputChannel = 2;
-    std::string path = TempPath("upgraded.dat");
+    std::string path = TempTestPath("upgraded.dat");
     for (const auto& v : versions) {
         SCOPED_TRACE(v.file);
         recordingParams.distanceMode = 1;
@@ -288,55 +280,63 @@ TEST_F(DataFile, EveryVersionReadsWithItsOffsetsAndDefaultsAndSavesAsV14) {
         // if recorded; one written by another writer comes out byte for byte.
         UseFile(path);
         ASSERT_EQ(1, SaveDataFile());
-        std::string bytes = ReadBytes(path);
+        std::string bytes = ReadFileBytes(path);
         EXPECT_EQ(1223 + 18 * v.records + 55 * v.tags.size(), bytes.size());
         EXPECT_EQ((uint32_t)v.seconds, U32At(bytes, 30));
         EXPECT_EQ((uint32_t)v.meters, U32At(bytes, 34));
     }
     EXPECT_STREQ("Spare 4", channelLabels[3]);
-    EXPECT_EQ(ReadBytes(TestFile("v1_4.dat")), ReadBytes(path));
+    EXPECT_EQ(ReadFileBytes(TestFile("v1_4.dat")), ReadFileBytes(path));
     EXPECT_EQ(0u, fake.messageBoxes.size());
     remove(path.c_str());
 }
 
 TEST_F(DataFile, DamagedFilesAreReportedAndLeaveWhatTheyMust) {
+    // One record more than the store holds, behind the v1.2 header, then
+    // no tags and the trailer: too big to keep among the made files.
+    const std::string tooMany = TempTestPath("record_count_16001.dat");
+    ASSERT_EQ(1, WriteFileBytes(tooMany, ReadFileBytes(TestFile("v1_2.dat")).substr(0, 1081) +
+                                             std::string("\x81\x3E\0\0", 4) +
+                                             std::string(14 * 16001, '\1') +
+                                             std::string("\0\0\0\0[End]\0", 10)));
     struct Case {
-        const char* file;
+        std::string path;
         const char* words;  // the message after the path
         bool storeKept;
     };
     const Case cases[] = {
-        {"wrong_magic.dat", "Incorrect format", true},
-        {"magic_without_nul.dat", "Incorrect format", true},
-        {"shorter_than_magic.dat", "Incorrect format", true},
-        {"truncated_v1_4.dat", "File corrupted", false},
-        {"truncated_v1_4_trailer.dat", "File corrupted", false},
-        {"record_count_16001.dat", "File corrupted", false},
-        {"tag_count_1001.dat", "File corrupted", false},
-        {"name_without_nul.dat", "File corrupted", false},
-        {"label_without_nul.dat", "File corrupted", false},
-        {"tag_text_without_nul.dat", "File corrupted", false},
+        {TestFile("wrong_magic.dat"), "Incorrect format", true},
+        {TestFile("magic_without_nul.dat"), "Incorrect format", true},
+        {TestFile("shorter_than_magic.dat"), "Incorrect format", true},
+        {TestFile("truncated_v1_4.dat"), "File corrupted", false},
+        {TestFile("truncated_v1_4_trailer.dat"), "File corrupted", false},
+        {tooMany, "File corrupted", false},
+        {TestFile("tag_count_1001.dat"), "File corrupted", false},
+        {TestFile("name_without_nul.dat"), "File corrupted", false},
+        {TestFile("label_without_nul.dat"), "File corrupted", false},
+        {TestFile("tag_text_without_nul.dat"), "File corrupted", false},
     };
     for (const Case& c : cases) {
+        SCOPED_TRACE(c.path);
         ResetFakeWorld();
         FillPreviousSurvey();
         for (int w : {WINDOW_LISTING, WINDOW_PLOT, WINDOW_TAGS}) fake.windowExists[w] = true;
-        std::string path = TestFile(c.file);
+        const std::string& path = c.path;
         UseFile(path);
-        EXPECT_EQ(0, LoadDataFile()) << c.file;
-        EXPECT_EQ(std::vector<std::string>{"File '" + path + "'\n" + c.words}, fake.messageBoxes)
-            << c.file;
-        EXPECT_EQ(std::vector<int>{ICON_EXCLAMATION}, fake.messageIcons) << c.file;
-        EXPECT_EQ(c.storeKept ? 2 : 0, recordCount) << c.file;
-        EXPECT_EQ(c.storeKept ? 2 : 0, tagCount) << c.file;
-        EXPECT_STREQ(c.storeKept ? "old.cal" : "", recordingParams.calFileName[0]) << c.file;
-        for (int i = 1; i < 4; i++) EXPECT_STREQ("", recordingParams.calFileName[i]) << c.file;
-        EXPECT_TRUE(fake.repaints.empty() && fake.notifications.empty()) << c.file;
-        EXPECT_EQ(0, fake.busy) << c.file;
+        EXPECT_EQ(0, LoadDataFile());
+        EXPECT_EQ(std::vector<std::string>{"File '" + path + "'\n" + c.words}, fake.messageBoxes);
+        EXPECT_EQ(std::vector<int>{ICON_EXCLAMATION}, fake.messageIcons);
+        EXPECT_EQ(c.storeKept ? 2 : 0, recordCount);
+        EXPECT_EQ(c.storeKept ? 2 : 0, tagCount);
+        EXPECT_STREQ(c.storeKept ? "old.cal" : "", recordingParams.calFileName[0]);
+        for (int i = 1; i < 4; i++) EXPECT_STREQ("", recordingParams.calFileName[i]);
+        EXPECT_TRUE(fake.repaints.empty() && fake.notifications.empty());
+        EXPECT_EQ(0, fake.busy);
     }
+    remove(tooMany.c_str());
 
     ResetFakeWorld();
-    std::string missing = TempPath("no-such-file.dat");
+    std::string missing = TempTestPath("no-such-file.dat");
     UseFile(missing);
     EXPECT_EQ(0, LoadDataFile());
     EXPECT_EQ(std::vector<std::string>{"Error opening file\n'" + missing + "'"}, fake.messageBoxes);
@@ -367,17 +367,17 @@ TEST_F(DataFile, OddButReadableCounts) {
 }
 
 TEST_F(DataFile, FailedSaveKeepsThePreviousFile) {
-    std::string path = TempPath("keep.dat");
+    std::string path = TempTestPath("keep.dat");
     UseFile(path);
     recordCount = 1;
     ASSERT_EQ(1, SaveDataFile());
-    std::string good = ReadBytes(path);
+    std::string good = ReadFileBytes(path);
 
     // Saving over an existing file replaces it and leaves no temporary file.
     recordCount = 2;
     ASSERT_EQ(1, SaveDataFile());
-    EXPECT_EQ(good.size() + 18, ReadBytes(path).size());
-    EXPECT_EQ("<missing>", ReadBytes(path + ".tmp"));
+    EXPECT_EQ(good.size() + 18, ReadFileBytes(path).size());
+    EXPECT_EQ("<missing>", ReadFileBytes(path + ".tmp"));
     ASSERT_EQ(1, WriteFileBytes(path, good));
 
     // The temporary file can't be made: nothing is written.
@@ -386,26 +386,26 @@ TEST_F(DataFile, FailedSaveKeepsThePreviousFile) {
     recordCount = 3;
     EXPECT_EQ(0, SaveDataFile());
     EXPECT_EQ(std::vector<std::string>{"Error opening file, data not saved"}, fake.messageBoxes);
-    EXPECT_EQ(good, ReadBytes(path));
+    EXPECT_EQ(good, ReadFileBytes(path));
     EXPECT_EQ(0, fake.busy);
     rmdir(blocker.c_str());
 
     // The file can't be replaced (the name is a folder with something in it):
     // the temporary file goes and the folder stays.
     fake.messageBoxes.clear();
-    std::string folder = TempPath("folder.dat");
+    std::string folder = TempTestPath("folder.dat");
     ASSERT_EQ(0, MakeFolder(folder.c_str()));
     std::string inside = folder + "/inside";
     ASSERT_EQ(1, WriteFileBytes(inside, "x"));
     UseFile(folder);
     EXPECT_EQ(0, SaveDataFile());
     EXPECT_EQ(std::vector<std::string>{"Error writing file, data not saved"}, fake.messageBoxes);
-    EXPECT_EQ("<missing>", ReadBytes(folder + ".tmp"));
-    EXPECT_EQ("x", ReadBytes(inside));
+    EXPECT_EQ("<missing>", ReadFileBytes(folder + ".tmp"));
+    EXPECT_EQ("x", ReadFileBytes(inside));
 
     // No folder, no name.
     fake.messageBoxes.clear();
-    UseFile(TempPath("no-folder/x.dat"));
+    UseFile(TempTestPath("no-folder/x.dat"));
     EXPECT_EQ(0, SaveDataFile());
     dataFileName[0] = '\0';
     EXPECT_EQ(0, SaveDataFile());

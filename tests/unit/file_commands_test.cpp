@@ -16,10 +16,6 @@ std::string TestFile(const char* name) {
     return TestDataPath(std::string("datafiles/") + name);
 }
 
-std::string TempPath(const char* name) {
-    return TempTestPath(name);
-}
-
 long FileSize(const std::string& path) {
     return (long)ReadFileBytes(path).size();
 }
@@ -39,7 +35,7 @@ protected:
 };
 
 TEST_F(FileCommands, OpenAsksToSaveThenReads) {
-    std::string saved = TempPath("before-open.dat");
+    std::string saved = TempTestPath("before-open.dat");
     snprintf(dataFileName, PathSize, "%s", saved.c_str());
     recordCount = 2;
     statusFlags |= STATUS_CHANGED;
@@ -87,7 +83,7 @@ TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
     // No name: Save As.
     recordCount = 1;
     statusFlags |= STATUS_CHANGED | STATUS_CHECK_STORED;
-    std::string path = TempPath("save.dat");
+    std::string path = TempTestPath("save.dat");
     fake.chosenFiles = {path};
     FileSave();
     EXPECT_EQ(std::vector<int>{CHOOSE_SAVE_DATA}, fake.chooseModes);
@@ -110,7 +106,7 @@ TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
     EXPECT_EQ(1223 + 2 * 18, FileSize(path));
 
     // A save that fails keeps the name and the flag.
-    std::string bad = TempPath("no-folder/x.dat");
+    std::string bad = TempTestPath("no-folder/x.dat");
     snprintf(dataFileName, PathSize, "%s", bad.c_str());
     statusFlags |= STATUS_CHANGED;
     FileSave();
@@ -121,7 +117,7 @@ TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
 }
 
 TEST_F(FileCommands, SaveAsWorksWithAnEmptyStore) {
-    std::string path = TempPath("saveas.dat");
+    std::string path = TempTestPath("saveas.dat");
     statusFlags |= STATUS_CHANGED;
     fake.chosenFiles = {path};
     FileSaveAs();
@@ -138,7 +134,7 @@ TEST_F(FileCommands, SaveAsWorksWithAnEmptyStore) {
     EXPECT_TRUE(statusFlags & STATUS_CHANGED);
 
     // Failed: no name, plain caption, the flag stays.
-    fake.chosenFiles = {TempPath("no-folder/y.dat")};
+    fake.chosenFiles = {TempTestPath("no-folder/y.dat")};
     FileSaveAs();
     EXPECT_STREQ("", dataFileName);
     EXPECT_EQ("VELDOR", fake.caption);
@@ -153,7 +149,7 @@ TEST_F(FileCommands, CloseEmptiesEverythingOnlyWithAName) {
     EXPECT_EQ(5, recordCount);
     EXPECT_TRUE(fake.statusLines.empty());
 
-    std::string path = TempPath("close.dat");
+    std::string path = TempTestPath("close.dat");
     snprintf(dataFileName, PathSize, "%s", path.c_str());
     statusFlags |= STATUS_CHANGED;
     listingTopIndex = 3;

@@ -43,10 +43,6 @@ void Put(const std::string& path, const std::string& bytes) {
     ASSERT_EQ(1, WriteFileBytes(path, bytes));
 }
 
-std::string Get(const std::string& path) {
-    return ReadFileBytes(path);
-}
-
 std::string Text(const char* section, const char* key, const char* def, int size,
                  const std::string& path, int* returned = nullptr) {
     char buffer[256];
@@ -122,7 +118,7 @@ TEST(IniFile, WriteChangesOnlyItsKey) {
     ScratchFiles files;
     std::string path = files.Path("write.ini");
     EXPECT_EQ(IniWriteString("Main window", "Width", "640", path.c_str()), 1);
-    EXPECT_EQ(Get(path), "[Main window]\r\nWidth=640\r\n");
+    EXPECT_EQ(ReadFileBytes(path), "[Main window]\r\nWidth=640\r\n");
 
     Put(path,
         "; VELDOR\r\n[Main window]\r\nOrigin X = 12 \r\nWidth=800\r\n\r\n"
@@ -132,7 +128,7 @@ TEST(IniFile, WriteChangesOnlyItsKey) {
     EXPECT_EQ(IniWriteString("Listing", "Decimal places", "-1", path.c_str()), 1);
     EXPECT_EQ(IniWriteString("General", "Averaging", "1", path.c_str()), 1);
     EXPECT_EQ(IniWriteString("Main window", "Origin X", " -5 ", path.c_str()), 1);
-    EXPECT_EQ(Get(path),
+    EXPECT_EQ(ReadFileBytes(path),
               "; VELDOR\r\n[Main window]\r\nOrigin X=-5\r\nWidth=640\r\nHeight=480\r\n"
               "\r\n[Listing]\r\nFontName=Arial\r\nDecimal places=-1\r\n\r\n"
               "[General]\r\nAveraging=1\r\n");
@@ -142,11 +138,11 @@ TEST(IniFile, WriteChangesOnlyItsKey) {
     Put(path, "[Plot]\nChannel=2");
     EXPECT_EQ(IniWriteString("Plot", "Dot size", "7", path.c_str()), 1);
     EXPECT_EQ(IniWriteString("Chart", "Channel", "3", path.c_str()), 1);
-    EXPECT_EQ(Get(path), "[Plot]\nChannel=2\nDot size=7\n[Chart]\nChannel=3\n");
+    EXPECT_EQ(ReadFileBytes(path), "[Plot]\nChannel=2\nDot size=7\n[Chart]\nChannel=3\n");
 
     std::string nowhere = files.Path("no-such-folder");
     EXPECT_EQ(IniWriteString("A", "B", "C", (nowhere + "/x.ini").c_str()), 0);
-    EXPECT_EQ(Get(nowhere + "/x.ini"), "<missing>");
+    EXPECT_EQ(ReadFileBytes(nowhere + "/x.ini"), "<missing>");
 }
 
 TEST(IniFile, GarbageAndLargeFilesAreReadAndKept) {
@@ -160,9 +156,9 @@ TEST(IniFile, GarbageAndLargeFilesAreReadAndKept) {
     EXPECT_EQ(IniGetInt("S", "k", 5, path.c_str()), -775480207);  // 29 sevens, wrapped
     EXPECT_EQ(Text("S", "k", "d", 12, path), "77777777777");
     EXPECT_EQ(IniWriteString("S", "j", "2", path.c_str()), 1);
-    EXPECT_EQ(Get(path), garbage + "\nj=2\n");
+    EXPECT_EQ(ReadFileBytes(path), garbage + "\nj=2\n");
     EXPECT_EQ(IniWriteString("S", "k", "3", path.c_str()), 1);
-    EXPECT_EQ(Get(path), garbage.substr(0, garbage.size() - 5000) + "3\nj=2\n");
+    EXPECT_EQ(ReadFileBytes(path), garbage.substr(0, garbage.size() - 5000) + "3\nj=2\n");
 
     // A large file: the last key is found and a write in the middle keeps the rest.
     std::string big;
@@ -173,7 +169,7 @@ TEST(IniFile, GarbageAndLargeFilesAreReadAndKept) {
     EXPECT_EQ(IniWriteString("S100", "Key", "x", path.c_str()), 1);
     std::string expected = big;
     expected.replace(expected.find("Key=100\r\n"), 9, "Key=x\r\n");
-    EXPECT_TRUE(Get(path) == expected);  // no diff print of half a megabyte
+    EXPECT_TRUE(ReadFileBytes(path) == expected);  // no diff print of half a megabyte
 }
 
 // clang-format off

@@ -13,13 +13,9 @@
 
 namespace {
 
-std::string TempPath(const char* name) {
-    return TempTestPath(name);
-}
-
 // A calibration file of two points, (0, 0.0) and (255, top).
 std::string WriteCalibration(const char* name, float top) {
-    std::string path = TempPath(name);
+    std::string path = TempTestPath(name);
     WriteFileBytes(path, CalFileBytes(2, {{0, 0.0f}, {255, top}}));
     return path;
 }
@@ -134,7 +130,7 @@ TEST_F(Reconciliation, LoadWithFourChannelsOnOneFileReadsItFourTimes) {
 
     // A file that opens but is no calibration file: the reader's message, the
     // old curve stays, the key has the new name already.
-    std::string bogus = TempPath("bogus.cal");
+    std::string bogus = TempTestPath("bogus.cal");
     ASSERT_EQ(1, WriteFileBytes(bogus, "not a curve"));
     SetStored(1, bogus);
     fake.answers = {1};

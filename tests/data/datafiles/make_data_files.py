@@ -118,10 +118,6 @@ def main():
     write("truncated_v1_4.dat", v14[: 1213 + 18 * 2 + 7])
     write("truncated_v1_4_trailer.dat", v14[:-1])
     write("truncated_v1_1.dat", v11[: 1080 + 14 * 2 + 9])
-    many = [(i & 0xFF, 0, (i & 0xFF, 1, 2, 3), i, -i, 0) for i in range(16001)]
-    write("record_count_16001.dat",
-          header(2, 1200000000, seconds=10, meters=250, distance=1, input_channel=3)
-          + records(2, many) + tags([]) + TRAILER)
     write("negative_record_count.dat",
           header(3, 1300000000, input_channel=1) + records(3, [], count=-5)
           + tags(TAGS[:1]) + TRAILER)

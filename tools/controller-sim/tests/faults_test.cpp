@@ -86,25 +86,5 @@ TEST(SimFaults, SplitIntoPiecesWithSmallDelays) {
     EXPECT_TRUE(sawThreeOrMore);
 }
 
-TEST(SimFaults, DeterministicBySeed) {
-    FaultConfig config;
-    config.split = true;
-    config.garbageEvery = 2;
-    config.badCheckEvery = 3;
-    auto run = [&config](uint64_t seed) {
-        FaultInjector faults(config, seed);
-        std::string log;
-        for (int i = 0; i < 30; i++) {
-            for (const Piece& p :
-                 faults.Apply(FormatFrame("RA 1 2 3 4 " + std::to_string(i)), nullptr)) {
-                log += p.bytes + "|" + std::to_string(p.delayMs) + "|";
-            }
-        }
-        return log;
-    };
-    EXPECT_EQ(run(5), run(5));
-    EXPECT_NE(run(5), run(6));
-}
-
 }  // namespace
 }  // namespace ctlsim

@@ -52,17 +52,6 @@ TEST(SimRoute, StartsAtTheStartPointAndMowsTheLawn) {
     }
 }
 
-TEST(SimRoute, MeanLevelFallsWithDistance) {
-    for (int channel = 0; channel < 4; channel++) {
-        double previous = RouteModel::MeanLevel(1.0, channel);
-        for (double d = 10.0; d < 100000.0; d *= 1.5) {
-            const double level = RouteModel::MeanLevel(d, channel);
-            EXPECT_LT(level, previous) << "channel " << channel << " at " << d;
-            previous = level;
-        }
-    }
-}
-
 TEST(SimRoute, ReadingsFallWithDistanceDespiteFading) {
     RouteConfig config;
     RouteModel route(config);
@@ -108,7 +97,6 @@ TEST(SimRoute, ReadingsHaveFadingAndStayInRange) {
         last = r;
     }
     EXPECT_GT(distinct, 20);  // not a constant
-    EXPECT_EQ(route.Reading(0.0, 3, 5) >= 0, true);
     for (uint64_t i = 0; i < 50; i++) {
         EXPECT_LE(route.Reading(0.1, 0, i), 255);
         EXPECT_GE(route.Reading(1e9, 3, i), 0);
