@@ -13,6 +13,9 @@
 # VELDOR_DEMO_SECONDS (10) seconds of samples, F2, File > Save As through the
 # file dialog, File > Exit. It leaves screenshots, the .DAT file and the logs
 # in build/demo/ and prints where they are.
+#
+# VELDOR_DEMO_REPLAY=SURVEY.DAT: the controller plays that saved survey, at
+# VELDOR_DEMO_REPLAY_SPEED (1) times its pace, instead of the synthetic route.
 set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 BUILD_ROOT_DIR="${VELDOR_BUILD_ROOT:-$ROOT/build}"
@@ -59,8 +62,14 @@ fail() {
 }
 
 # The simulator on a pseudo-terminal; COM1 of the prefix leads to its link.
+SIM_ARGS=()
+if [ -n "${VELDOR_DEMO_REPLAY:-}" ]; then
+  [ -f "$VELDOR_DEMO_REPLAY" ] || fail "no survey $VELDOR_DEMO_REPLAY to replay"
+  SIM_ARGS=(--replay "$VELDOR_DEMO_REPLAY" --speed "${VELDOR_DEMO_REPLAY_SPEED:-1}")
+  echo "demo: the controller replays $VELDOR_DEMO_REPLAY"
+fi
 "$SIM" --link "$DEMO/COM1" --log "$DEMO/controller.log" --record-file "$DEMO/sent-samples.txt" \
-  >"$DEMO/controller-sim.out" 2>&1 &
+  "${SIM_ARGS[@]}" >"$DEMO/controller-sim.out" 2>&1 &
 SIM_PID=$!
 for _ in $(seq 1 100); do [ -e "$DEMO/COM1" ] && break; sleep 0.05; done
 [ -e "$DEMO/COM1" ] || fail "the simulator made no pty"

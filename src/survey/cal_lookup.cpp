@@ -83,15 +83,18 @@ void LoadStartupCalibration() {
             int n = snprintf(name, sizeof name, "%s\\Default.cal", appDirectory);
             if (n < 0) name[0] = '\0';
         }
-        if (!ReadCalFile(name, channel)) {
-            CalTableData& table = CalTable[channel];
-            memset(&table.points[0], 0, 2 * sizeof(CalPoint));
-            table.count = 2;
-            table.points[0].power = 0;
-            table.points[0].value = 0.0f;
-            table.points[1].power = 255;
-            table.points[1].value = 100.0f;
-        }
+        if (!ReadCalFile(name, channel)) SetDefaultCalTable(channel);
         BuildChannelLookup(channel);
     }
+}
+
+void SetDefaultCalTable(int channel) {
+    if (channel < 0 || channel >= CalChannels) return;
+    CalTableData& table = CalTable[channel];
+    memset(&table.points[0], 0, 2 * sizeof(CalPoint));
+    table.count = 2;
+    table.points[0].power = 0;
+    table.points[0].value = 0.0f;
+    table.points[1].power = 255;
+    table.points[1].value = 100.0f;
 }

@@ -47,6 +47,10 @@ void BuildChannelLookup(int channel);
 // (0, 0.0)-(255, 100.0); then BuildChannelLookup.
 void LoadStartupCalibration();
 
+// The default curve (0, 0.0)-(255, 100.0) into CalTable[channel], for a
+// channel whose file can't be read; the caller builds the lookup.
+void SetDefaultCalTable(int channel);
+
 // Puts the four tables and lookups back to their state at process start
 // (count 0, all zero). For tests.
 void ResetCalibration();

@@ -15,12 +15,14 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <deque>
 #include <string>
 #include <vector>
 
 #include "sim_controller.h"
 #include "sim_options.h"
+#include "sim_replay.h"
 
 namespace {
 
@@ -367,6 +369,20 @@ int main(int argc, char** argv) {
     if (options.help) {
         printf("%s", ctlsim::UsageText().c_str());
         return 0;
+    }
+    if (!options.replayFile.empty()) {
+        ctlsim::ReplaySurvey survey;
+        if (!ctlsim::ReadReplaySurvey(options.replayFile, &survey, &error)) {
+            fprintf(stderr, "controller-sim: %s\n", error.c_str());
+            return 2;
+        }
+        if (survey.samples.empty()) {
+            fprintf(stderr, "controller-sim: %s holds no records\n", options.replayFile.c_str());
+            return 2;
+        }
+        options.sim.replay = survey.samples;
+        options.sim.replayAccessory = survey.accessory;
+        options.sim.route.periodMs = std::max<int64_t>(10, llround(survey.intervalMs / options.replaySpeed));
     }
     struct sigaction sa;
     memset(&sa, 0, sizeof sa);

@@ -338,15 +338,17 @@ void Controller::StartRunning(int64_t nowMs, std::vector<Action>* out) {
 }
 
 void Controller::TakeSample(int64_t nowMs, std::vector<Action>* out) {
+    const bool replaying = !config_.replay.empty();
+    if (replaying && samples_ >= config_.replay.size()) return;
     const int status = GpsStatus();
     if (status != lastStatusSent_) {
         Send("ES " + std::to_string(status), nowMs, out);
         lastStatusSent_ = status;
     }
     if (reacquireLeft_ > 0) reacquireLeft_--;
-    const Sample sample = route_.SampleAt(samples_);
+    const Sample sample = replaying ? config_.replay[samples_] : route_.SampleAt(samples_);
+    const int accessory = replaying ? config_.replayAccessory[samples_] : tzrMode_ ? tzrChannel_ : 0;
     samples_++;
-    const int accessory = tzrMode_ ? tzrChannel_ : 0;
     char text[128];
     snprintf(text, sizeof text, "RP %ld %ld", static_cast<long>(sample.latitude),
              static_cast<long>(sample.longitude));

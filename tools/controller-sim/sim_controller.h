@@ -38,6 +38,10 @@ struct SimConfig {
     int floodNa = 0;
     // Repeats of the last frame for "NA" in a row; a new frame resets the count.
     int maxRepeats = 5;
+    // A saved survey played instead of the route, one record a period, with
+    // each record's accessory channel; after its last record no more samples.
+    std::vector<Sample> replay;
+    std::vector<int> replayAccessory;
 };
 
 // What the caller must do, in order.

@@ -48,6 +48,8 @@ std::string UsageText() {
            "  --start-lat N          start latitude, ms of arc (default 185400000)\n"
            "  --start-lon N          start longitude, ms of arc (default -3600000)\n"
            "  --speed M/S            vehicle speed (default 10)\n"
+           "  --replay SURVEY.DAT    play the records of a saved survey at its interval,\n"
+           "                         divided by --speed N (default 1), then only answer\n"
            "  --seed N               seed of noise and faults (default 1)\n"
            "  --duration S           exit after S seconds (default: run until a signal)\n"
            "  --log FILE             log every frame received and sent\n"
@@ -71,6 +73,7 @@ bool ParseOptions(int argc, const char* const* argv, Options* options, std::stri
     Options result;
     SimConfig& sim = result.sim;
     uint64_t seed = 1;
+    double speed = -1.0;
     for (int i = 1; i < argc; i++) {
         std::string name = argv[i];
         std::string value;
@@ -131,7 +134,10 @@ bool ParseOptions(int argc, const char* const* argv, Options* options, std::stri
             sim.route.startLongitude = static_cast<int32_t>(n);
         } else if (name == "--speed") {
             ok = ToDouble(value, 0.0, 1000.0, &d);
-            sim.route.speedMps = d;
+            speed = d;
+        } else if (name == "--replay") {
+            result.replayFile = value;
+            ok = !value.empty();
         } else if (name == "--seed") {
             ok = ToSeed(value, &seed);
         } else if (name == "--duration") {
@@ -183,6 +189,12 @@ bool ParseOptions(int argc, const char* const* argv, Options* options, std::stri
         return false;
     }
     sim.route.seed = seed;
+    if (!result.replayFile.empty() && speed == 0.0) {
+        *error = "--speed must be above 0 with --replay";
+        return false;
+    }
+    if (!result.replayFile.empty()) result.replaySpeed = speed > 0.0 ? speed : 1.0;
+    else if (speed >= 0.0) sim.route.speedMps = speed;
     *options = result;
     return true;
 }

@@ -16,6 +16,8 @@ struct Options {
     double durationS = 0.0;  // --duration; 0: run until a signal
     bool verbose = false;    // --verbose: log lines to stderr too
     bool help = false;
+    std::string replayFile;   // --replay: a saved survey instead of the route
+    double replaySpeed = 1.0;  // --speed with --replay: the survey's interval divided by it
     SimConfig sim;
 };
 

@@ -13,24 +13,6 @@ bool Parse(std::vector<const char*> args, Options* options, std::string* error) 
     return ParseOptions(static_cast<int>(args.size()), args.data(), options, error);
 }
 
-TEST(SimOptions, Defaults) {
-    Options o;
-    std::string error;
-    ASSERT_TRUE(Parse({}, &o, &error)) << error;
-    EXPECT_EQ(o.sim.route.periodMs, 1000);
-    EXPECT_EQ(o.sim.route.startLatitude, 185400000);
-    EXPECT_EQ(o.sim.route.startLongitude, -3600000);
-    EXPECT_EQ(o.sim.route.seed, 1u);
-    EXPECT_EQ(o.sim.selfTestKind, 8);
-    EXPECT_EQ(o.sim.selfTestCode, 0);
-    EXPECT_EQ(o.sim.keepAliveMs, 5000);
-    EXPECT_EQ(o.sim.silenceAfterMs, -1);
-    EXPECT_TRUE(o.sim.statusReplies);
-    EXPECT_EQ(o.durationS, 0.0);
-    EXPECT_TRUE(o.link.empty());
-    EXPECT_TRUE(o.device.empty());
-}
-
 TEST(SimOptions, AllOptions) {
     Options o;
     std::string error;

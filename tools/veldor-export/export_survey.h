@@ -1,0 +1,59 @@
+// veldor-export: a saved survey read through the program's own data file
+// reader, with the calibration curves and plot settings that give its
+// readings their values and colours, and the writers of the open formats.
+#ifndef VELDOR_EXPORT_EXPORT_SURVEY_H
+#define VELDOR_EXPORT_EXPORT_SURVEY_H
+
+#include <stdint.h>
+#include <stdio.h>
+
+#include "survey/survey_state.h"
+
+enum ExportFormat {
+    FORMAT_NONE = 0,
+    FORMAT_CSV = 1,
+    FORMAT_GEOJSON = 2,
+    FORMAT_KML = 3,
+    FORMAT_GPX = 4
+};
+
+// The channel choice of the Plot: 0..3 a channel, 4 all, 5 best.
+constexpr int ExportChannelFromSettings = -1;
+
+struct ExportOptions {
+    char input[PathSize];
+    char output[PathSize];      // empty: the input's name with the format's extension
+    int format;                 // FORMAT_NONE with --summary alone
+    char calPath[4][PathSize];  // --cal CH=FILE; empty: the survey's file beside it
+    char settings[PathSize];    // --settings; empty: the Plot's defaults
+    int channel;                // --channel, or ExportChannelFromSettings
+    int summary;
+    int version;
+};
+
+// Fills options from argv[1..argc-1]; 1, or 0 with a reason in error.
+int ParseExportOptions(int argc, const char* const* argv, ExportOptions* options, char* error,
+                       int errorSize);
+const char* ExportUsage();
+const char* ExportExtension(int format);
+
+// Reads the survey into the store (the reader's messages go to the
+// platform's message box), then the plot settings and the four curves.
+// Returns 1, or 0 when the survey could not be read. A curve that can't be
+// read gives the default curve and a warning on stderr.
+int LoadSurveyForExport(const ExportOptions& options, FILE* warnings);
+
+// The calibrated value that colours a record for a channel choice 0..3 or 5
+// (best: the largest of the four), its band (0 High .. 3 None) and colour.
+float ExportValue(const Record& row, int channel);
+int ExportBand(const Record& row, int channel);
+uint32_t ExportColour(const Record& row, int channel);
+
+// The whole store in one format; 1 when every byte was written.
+int WriteExport(FILE* file, int format, int channel, const char* surveyName);
+
+// Records, time span, distance driven and per channel min / median / max
+// and the share of each colour band.
+void WriteSummary(FILE* file, const char* surveyName);
+
+#endif

@@ -1,0 +1,538 @@
+// The four open formats and the summary. The texts go through one buffer;
+// numbers are formatted by hand (positions in exact integer arithmetic,
+// calibrated values from a table of the 256 texts of each channel), so that
+// a full store is written in a few milliseconds.
+#include <math.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "export_survey.h"
+#include "storage/colours_file.h"
+#include "survey/cal_lookup.h"
+#include "survey/recording_engine.h"
+#include "views/plot_view.h"
+
+namespace {
+
+struct Sink {
+    FILE* file;
+    size_t used;
+    int failed;
+    char buffer[1 << 16];
+};
+
+void Flush(Sink* s) {
+    if (s->used > 0 && fwrite(s->buffer, 1, s->used, s->file) != s->used) s->failed = 1;
+    s->used = 0;
+}
+
+void Put(Sink* s, const char* text, size_t n) {
+    if (s->used + n > sizeof s->buffer) Flush(s);
+    if (n > sizeof s->buffer) {
+        if (fwrite(text, 1, n, s->file) != n) s->failed = 1;
+        return;
+    }
+    memcpy(s->buffer + s->used, text, n);
+    s->used += n;
+}
+
+void Put(Sink* s, const char* text) { Put(s, text, strlen(text)); }
+
+void PutInt(Sink* s, int64_t value) {
+    char digits[24];
+    int n = 0;
+    uint64_t v = value < 0 ? (uint64_t)(-(value + 1)) + 1 : (uint64_t)value;
+    do digits[sizeof digits - 1 - n++] = (char)('0' + v % 10); while ((v /= 10) != 0);
+    if (value < 0) digits[sizeof digits - 1 - n++] = '-';
+    Put(s, digits + sizeof digits - n, (size_t)n);
+}
+
+// Milliseconds of arc as degrees with 7 places: mas / 3600000 = mas * 25 / 9
+// ten-millionths, rounded half away from zero.
+void PutDegrees(Sink* s, int32_t mas) {
+    const int64_t scaled = (int64_t)mas * 25;
+    const int64_t units = ((scaled < 0 ? -scaled : scaled) + 4) / 9;
+    if (scaled < 0 && units != 0) Put(s, "-", 1);
+    PutInt(s, units / 10000000);
+    char fraction[9];
+    snprintf(fraction, sizeof fraction, ".%07d", (int)(units % 10000000));
+    Put(s, fraction, 8);
+}
+
+enum Escape { ESCAPE_CSV, ESCAPE_JSON, ESCAPE_XML };
+
+// 8-bit text (the program's ANSI code page, taken as Latin-1) as UTF-8,
+// escaped for the format (CSV: for the inside of a quoted field).
+void PutEscaped(Sink* s, const char* text, int escape) {
+    for (const unsigned char* p = (const unsigned char*)text; *p != '\0'; p++) {
+        const unsigned char c = *p;
+        char out[8];
+        if (c >= 0x80) {
+            out[0] = (char)(0xC0 | (c >> 6));
+            out[1] = (char)(0x80 | (c & 0x3F));
+            Put(s, out, 2);
+        } else if (escape == ESCAPE_CSV && c == '"') {
+            Put(s, "\"\"", 2);
+        } else if (escape == ESCAPE_JSON && (c == '"' || c == '\\')) {
+            out[0] = '\\', out[1] = (char)c;
+            Put(s, out, 2);
+        } else if (escape == ESCAPE_JSON && c < 0x20) {
+            snprintf(out, sizeof out, "\\u%04x", c);
+            Put(s, out, 6);
+        } else if (escape == ESCAPE_XML && (c == '<' || c == '>' || c == '&' || c == '"')) {
+            Put(s, c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : "&quot;");
+        } else if (escape == ESCAPE_XML && c < 0x20 && c != '\t' && c != '\n' && c != '\r') {
+            Put(s, "?", 1);  // not allowed in XML 1.0
+        } else {
+            Put(s, (const char*)p, 1);
+        }
+    }
+}
+
+// A clock value as ISO 8601 UTC, "1970-01-01T00:00:00Z" (20 characters).
+void IsoTime(uint32_t seconds, char out[21]) {
+    const int64_t days = seconds / 86400;
+    const int secondOfDay = (int)(seconds % 86400);
+    // Civil date from days since 1970-01-01 (proleptic Gregorian).
+    const int64_t z = days + 719468;
+    const int64_t era = z / 146097;
+    const int64_t doe = z - era * 146097;
+    const int64_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    const int64_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    const int64_t mp = (5 * doy + 2) / 153;
+    const int day = (int)(doy - (153 * mp + 2) / 5 + 1);
+    const int month = (int)(mp < 10 ? mp + 3 : mp - 9);
+    const int year = (int)(yoe + era * 400 + (month <= 2));
+    char text[64];
+    snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", year % 10000, month, day,
+             secondOfDay / 3600, secondOfDay / 60 % 60, secondOfDay % 60);
+    memcpy(out, text, 20);
+    out[20] = '\0';
+}
+
+// What every writer needs of the store: the value texts of each channel and
+// raw byte, and each record's tags in the order of the tag table.
+struct ExportTables {
+    char valueText[4][256][16];
+    int16_t firstTag[MaxRecords];
+    int16_t nextTag[MaxTextTags];
+};
+ExportTables tables;
+
+void BuildTables() {
+    for (int c = 0; c < 4; c++)
+        for (int r = 0; r < 256; r++)
+            snprintf(tables.valueText[c][r], sizeof tables.valueText[c][r], "%.3f",
+                     (double)ChannelLookup[c][r]);
+    memset(tables.firstTag, 0xFF, sizeof tables.firstTag);
+    static int16_t* last[MaxRecords];
+    memset(last, 0, sizeof last);
+    for (int t = 0; t < tagCount && t < MaxTextTags; t++) {
+        tables.nextTag[t] = -1;
+        const int32_t r = tagRecord[t];
+        if (r < 0 || r >= recordCount) continue;
+        *(last[r] != nullptr ? last[r] : &tables.firstTag[r]) = (int16_t)t;
+        last[r] = &tables.nextTag[t];
+    }
+}
+
+const char* const BandNames[4] = {"High", "Mid", "Low", "None"};
+
+void PutValue(Sink* s, const Record& row, int c) {
+    Put(s, tables.valueText[c][row.ch[c]]);
+}
+
+void PutFlag(Sink* s, const Record& row, uint8_t flag, const char* yes, const char* no) {
+    Put(s, (row.flags & flag) != 0 ? yes : no);
+}
+
+// ---- CSV ----------------------------------------------------------------------------
+
+void WriteCsv(Sink* s) {
+    Put(s, "index,time,latitude,longitude,ch1_raw,ch1_value,ch2_raw,ch2_value,ch3_raw,"
+           "ch3_value,ch4_raw,ch4_value,gps_fix,gps_diff,live,accessory_channel,tags\r\n");
+    for (int32_t i = 0; i < recordCount; i++) {
+        const Record& row = recordStore.rows[i];
+        PutInt(s, i + 1);
+        Put(s, ",", 1);
+        if (row.time != 0) {
+            char time[21];
+            IsoTime(row.time, time);
+            Put(s, time, 20);
+        }
+        Put(s, ",", 1);
+        PutDegrees(s, row.latitude);
+        Put(s, ",", 1);
+        PutDegrees(s, row.longitude);
+        for (int c = 0; c < 4; c++) {
+            Put(s, ",", 1);
+            PutInt(s, row.ch[c]);
+            Put(s, ",", 1);
+            PutValue(s, row, c);
+        }
+        PutFlag(s, row, RECORD_GPS_FIX, ",1", ",0");
+        PutFlag(s, row, RECORD_GPS_DIFF, ",1", ",0");
+        PutFlag(s, row, RECORD_LIVE, ",1", ",0");
+        Put(s, ",", 1);
+        if (row.flags & RECORD_HAS_CHANNEL) PutInt(s, row.accessoryChannel);
+        Put(s, ",", 1);
+        if (tables.firstTag[i] >= 0) {
+            // The record's tags in one quoted field, " | " between them.
+            Put(s, "\"", 1);
+            for (int t = tables.firstTag[i]; t >= 0; t = tables.nextTag[t]) {
+                if (t != tables.firstTag[i]) Put(s, " | ", 3);
+                PutEscaped(s, tagText[t], ESCAPE_CSV);
+            }
+            Put(s, "\"", 1);
+        }
+        Put(s, "\r\n", 2);
+    }
+}
+
+// ---- GeoJSON -------------------------------------------------------------------------
+
+void WriteGeoJson(Sink* s, const char* surveyName) {
+    Put(s, "{\"type\":\"FeatureCollection\",\"name\":\"");
+    PutEscaped(s, surveyName, ESCAPE_JSON);
+    Put(s, "\",\"features\":[\n");
+    for (int32_t i = 0; i < recordCount; i++) {
+        const Record& row = recordStore.rows[i];
+        Put(s, i > 0 ? ",\n" : "");
+        Put(s, "{\"type\":\"Feature\",\"geometry\":{\"type\":\"Point\",\"coordinates\":[");
+        PutDegrees(s, row.longitude);
+        Put(s, ",", 1);
+        PutDegrees(s, row.latitude);
+        Put(s, "]},\"properties\":{\"index\":");
+        PutInt(s, i + 1);
+        if (row.time != 0) {
+            char time[21];
+            IsoTime(row.time, time);
+            Put(s, ",\"time\":\"");
+            Put(s, time, 20);
+            Put(s, "\"");
+        } else {
+            Put(s, ",\"time\":null");
+        }
+        for (int c = 0; c < 4; c++) {
+            char name[24];
+            snprintf(name, sizeof name, ",\"ch%d_raw\":", c + 1);
+            Put(s, name);
+            PutInt(s, row.ch[c]);
+            snprintf(name, sizeof name, ",\"ch%d_value\":", c + 1);
+            Put(s, name);
+            PutValue(s, row, c);
+        }
+        PutFlag(s, row, RECORD_GPS_FIX, ",\"gps_fix\":true", ",\"gps_fix\":false");
+        PutFlag(s, row, RECORD_GPS_DIFF, ",\"gps_diff\":true", ",\"gps_diff\":false");
+        PutFlag(s, row, RECORD_LIVE, ",\"live\":true", ",\"live\":false");
+        Put(s, ",\"accessory_channel\":");
+        if (row.flags & RECORD_HAS_CHANNEL) PutInt(s, row.accessoryChannel);
+        else Put(s, "null");
+        Put(s, ",\"tags\":[");
+        for (int t = tables.firstTag[i]; t >= 0; t = tables.nextTag[t]) {
+            Put(s, t == tables.firstTag[i] ? "\"" : ",\"");
+            PutEscaped(s, tagText[t], ESCAPE_JSON);
+            Put(s, "\"");
+        }
+        Put(s, "]}}");
+    }
+    Put(s, "\n]}\n");
+}
+
+// ---- KML -----------------------------------------------------------------------------
+
+void PutKmlPoint(Sink* s, const Record& row) {
+    Put(s, "<Point><coordinates>");
+    PutDegrees(s, row.longitude);
+    Put(s, ",", 1);
+    PutDegrees(s, row.latitude);
+    Put(s, "</coordinates></Point>");
+}
+
+void PutKmlData(Sink* s, const char* name, const char* value) {
+    Put(s, "<Data name=\"");
+    Put(s, name);
+    Put(s, "\"><value>");
+    Put(s, value);
+    Put(s, "</value></Data>");
+}
+
+void PutKmlRecord(Sink* s, int32_t i, int band) {
+    const Record& row = recordStore.rows[i];
+    Put(s, "<Placemark><name>");
+    PutInt(s, i + 1);
+    Put(s, "</name><styleUrl>#band");
+    PutInt(s, band);
+    Put(s, "</styleUrl>");
+    if (row.time != 0) {
+        char time[21];
+        IsoTime(row.time, time);
+        Put(s, "<TimeStamp><when>");
+        Put(s, time, 20);
+        Put(s, "</when></TimeStamp>");
+    }
+    Put(s, "<ExtendedData>");
+    for (int c = 0; c < 4; c++) {
+        char name[16], raw[8];
+        snprintf(name, sizeof name, "ch%d_value", c + 1);
+        PutKmlData(s, name, tables.valueText[c][row.ch[c]]);
+        snprintf(name, sizeof name, "ch%d_raw", c + 1);
+        snprintf(raw, sizeof raw, "%d", row.ch[c]);
+        PutKmlData(s, name, raw);
+    }
+    PutKmlData(s, "gps_fix", (row.flags & RECORD_GPS_FIX) ? "1" : "0");
+    PutKmlData(s, "gps_diff", (row.flags & RECORD_GPS_DIFF) ? "1" : "0");
+    PutKmlData(s, "live", (row.flags & RECORD_LIVE) ? "1" : "0");
+    if (row.flags & RECORD_HAS_CHANNEL) {
+        char accessory[8];
+        snprintf(accessory, sizeof accessory, "%d", row.accessoryChannel);
+        PutKmlData(s, "accessory_channel", accessory);
+    }
+    Put(s, "</ExtendedData>");
+    PutKmlPoint(s, row);
+    Put(s, "</Placemark>\n");
+}
+
+// One folder per band of a channel choice (0..3 or best), each with the
+// records of that band in record order.
+void PutKmlBands(Sink* s, int channel) {
+    static uint8_t band[MaxRecords];
+    for (int32_t i = 0; i < recordCount; i++) band[i] = (uint8_t)ExportBand(recordStore.rows[i], channel);
+    for (int b = 0; b < 4; b++) {
+        char name[64];
+        if (b < 3) snprintf(name, sizeof name, "%s: above %g", BandNames[b], (double)powerBreak[b]);
+        else snprintf(name, sizeof name, "%s: %g or below", BandNames[b], (double)powerBreak[2]);
+        Put(s, "<Folder><name>");
+        Put(s, name);
+        Put(s, "</name>\n");
+        for (int32_t i = 0; i < recordCount; i++)
+            if (band[i] == b) PutKmlRecord(s, i, b);
+        Put(s, "</Folder>\n");
+    }
+}
+
+void PutIntervalText(Sink* s) {
+    char text[96];
+    if (recordingParams.distanceMode)
+        snprintf(text, sizeof text, "interval %d m (by distance)", (int)recordingParams.intervalMeters);
+    else
+        snprintf(text, sizeof text, "interval %d s", (int)recordingParams.intervalSeconds);
+    Put(s, text);
+}
+
+void ChannelName(int channel, char* out, int size) {
+    if (channel == PLOT_BEST) snprintf(out, size, "best of the four channels");
+    else snprintf(out, size, "channel %d (%s)", channel + 1, channelLabels[channel]);
+}
+
+void WriteKml(Sink* s, int channel, const char* surveyName) {
+    char time[21];
+    IsoTime(recordingParams.startTime, time);
+    Put(s, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<kml xmlns=\"http://www.opengis.net/kml/2.2\">\n<Document>\n<name>");
+    PutEscaped(s, surveyName, ESCAPE_XML);
+    Put(s, "</name>\n<description>Survey ");
+    PutEscaped(s, surveyName, ESCAPE_XML);
+    Put(s, ", started ");
+    Put(s, time);
+    Put(s, ", ");
+    PutIntervalText(s);
+    Put(s, ", ");
+    PutInt(s, recordCount);
+    Put(s, " records, coloured by ");
+    char name[160];
+    ChannelName(channel == PLOT_ALL ? 0 : channel, name, sizeof name);
+    PutEscaped(s, channel == PLOT_ALL ? "each channel in its folder" : name, ESCAPE_XML);
+    Put(s, "</description>\n");
+    const uint32_t colours[4] = {PlotColourHigh, PlotColourMid, PlotColourLow, PlotColourNone};
+    for (int b = 0; b < 4; b++) {
+        // The program's 0x00BBGGRR is KML's aabbggrr without the alpha.
+        char style[320];
+        snprintf(style, sizeof style,
+                 "<Style id=\"band%d\"><IconStyle><color>ff%06x</color><scale>0.6</scale>"
+                 "<Icon><href>http://maps.google.com/mapfiles/kml/shapes/shaded_dot.png</href>"
+                 "</Icon></IconStyle><LabelStyle><scale>0</scale></LabelStyle></Style>\n",
+                 b, (unsigned)(colours[b] & 0xFFFFFF));
+        Put(s, style);
+    }
+    if (channel == PLOT_ALL) {
+        for (int c = 0; c < 4; c++) {
+            ChannelName(c, name, sizeof name);
+            Put(s, "<Folder><name>");
+            PutEscaped(s, name, ESCAPE_XML);
+            Put(s, "</name>\n");
+            PutKmlBands(s, c);
+            Put(s, "</Folder>\n");
+        }
+    } else {
+        PutKmlBands(s, channel);
+    }
+    Put(s, "<Folder><name>Tags</name>\n");
+    for (int t = 0; t < tagCount && t < MaxTextTags; t++) {
+        if (tagRecord[t] < 0 || tagRecord[t] >= recordCount) continue;
+        Put(s, "<Placemark><name>");
+        PutEscaped(s, tagText[t], ESCAPE_XML);
+        Put(s, "</name><description>Record ");
+        PutInt(s, tagRecord[t] + 1);
+        Put(s, "</description>");
+        PutKmlPoint(s, recordStore.rows[tagRecord[t]]);
+        Put(s, "</Placemark>\n");
+    }
+    Put(s, "</Folder>\n</Document>\n</kml>\n");
+}
+
+// ---- GPX -----------------------------------------------------------------------------
+
+void PutGpxPosition(Sink* s, const char* element, const Record& row) {
+    Put(s, "<");
+    Put(s, element);
+    Put(s, " lat=\"");
+    PutDegrees(s, row.latitude);
+    Put(s, "\" lon=\"");
+    PutDegrees(s, row.longitude);
+    Put(s, "\">");
+    if (row.time != 0) {
+        char time[21];
+        IsoTime(row.time, time);
+        Put(s, "<time>");
+        Put(s, time, 20);
+        Put(s, "</time>");
+    }
+}
+
+void WriteGpx(Sink* s, const char* surveyName) {
+    char time[21];
+    IsoTime(recordingParams.startTime, time);
+    Put(s, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<gpx version=\"1.1\" creator=\"veldor-export\""
+           " xmlns=\"http://www.topografix.com/GPX/1/1\" xmlns:veldor=\"urn:veldor:export:1\">\n"
+           "<metadata><name>");
+    PutEscaped(s, surveyName, ESCAPE_XML);
+    Put(s, "</name><desc>");
+    PutIntervalText(s);
+    Put(s, "</desc><time>");
+    Put(s, time);
+    Put(s, "</time></metadata>\n");
+    for (int t = 0; t < tagCount && t < MaxTextTags; t++) {
+        if (tagRecord[t] < 0 || tagRecord[t] >= recordCount) continue;
+        PutGpxPosition(s, "wpt", recordStore.rows[tagRecord[t]]);
+        Put(s, "<name>");
+        PutEscaped(s, tagText[t], ESCAPE_XML);
+        Put(s, "</name><desc>Record ");
+        PutInt(s, tagRecord[t] + 1);
+        Put(s, "</desc></wpt>\n");
+    }
+    Put(s, "<trk><name>");
+    PutEscaped(s, surveyName, ESCAPE_XML);
+    Put(s, "</name><trkseg>\n");
+    for (int32_t i = 0; i < recordCount; i++) {
+        const Record& row = recordStore.rows[i];
+        PutGpxPosition(s, "trkpt", row);
+        Put(s, "<extensions>");
+        for (int c = 0; c < 4; c++) {
+            char tag[48];
+            snprintf(tag, sizeof tag, "<veldor:ch%d_value>", c + 1);
+            Put(s, tag);
+            PutValue(s, row, c);
+            snprintf(tag, sizeof tag, "</veldor:ch%d_value><veldor:ch%d_raw>", c + 1, c + 1);
+            Put(s, tag);
+            PutInt(s, row.ch[c]);
+            snprintf(tag, sizeof tag, "</veldor:ch%d_raw>", c + 1);
+            Put(s, tag);
+        }
+        PutFlag(s, row, RECORD_GPS_FIX, "<veldor:gps_fix>1</veldor:gps_fix>",
+                "<veldor:gps_fix>0</veldor:gps_fix>");
+        PutFlag(s, row, RECORD_GPS_DIFF, "<veldor:gps_diff>1</veldor:gps_diff>",
+                "<veldor:gps_diff>0</veldor:gps_diff>");
+        PutFlag(s, row, RECORD_LIVE, "<veldor:live>1</veldor:live>", "<veldor:live>0</veldor:live>");
+        if (row.flags & RECORD_HAS_CHANNEL) {
+            Put(s, "<veldor:accessory_channel>");
+            PutInt(s, row.accessoryChannel);
+            Put(s, "</veldor:accessory_channel>");
+        }
+        Put(s, "</extensions></trkpt>\n");
+    }
+    Put(s, "</trkseg></trk>\n</gpx>\n");
+}
+
+// ---- Summary -------------------------------------------------------------------------
+
+double RadiansOf(int32_t mas) { return (double)mas / 3600000.0 * 3.14159265358979323846 / 180.0; }
+
+// Great-circle distance in metres (haversine).
+double GreatCircle(const Record& a, const Record& b) {
+    const double lat1 = RadiansOf(a.latitude), lat2 = RadiansOf(b.latitude);
+    const double dLat = lat2 - lat1;
+    const double dLon = RadiansOf((int32_t)((uint32_t)b.longitude - (uint32_t)a.longitude));
+    const double h = sin(dLat / 2) * sin(dLat / 2) + cos(lat1) * cos(lat2) * sin(dLon / 2) * sin(dLon / 2);
+    return 2.0 * (double)EarthRadiusKm * 1000.0 * asin(sqrt(h < 1.0 ? h : 1.0));
+}
+
+int CompareFloats(const void* a, const void* b) {
+    const float x = *(const float*)a, y = *(const float*)b;
+    return x < y ? -1 : x > y ? 1 : 0;
+}
+
+}  // namespace
+
+int WriteExport(FILE* file, int format, int channel, const char* surveyName) {
+    static Sink sink;
+    sink.file = file;
+    sink.used = 0;
+    sink.failed = 0;
+    BuildTables();
+    if (format == FORMAT_CSV) WriteCsv(&sink);
+    else if (format == FORMAT_GEOJSON) WriteGeoJson(&sink, surveyName);
+    else if (format == FORMAT_KML) WriteKml(&sink, channel, surveyName);
+    else if (format == FORMAT_GPX) WriteGpx(&sink, surveyName);
+    Flush(&sink);
+    return !sink.failed && ferror(file) == 0;
+}
+
+void WriteSummary(FILE* file, const char* surveyName) {
+    fprintf(file, "Survey: %s\nRecords: %d\n", surveyName, (int)recordCount);
+    uint32_t first = 0, last = 0;
+    for (int32_t i = 0; i < recordCount; i++) {
+        const uint32_t t = recordStore.rows[i].time;
+        if (t == 0) continue;
+        if (first == 0 || t < first) first = t;
+        if (t > last) last = t;
+    }
+    if (first != 0) {
+        char from[21], to[21];
+        IsoTime(first, from);
+        IsoTime(last, to);
+        fprintf(file, "Time span: %s to %s (%u s)\n", from, to, (unsigned)(last - first));
+    } else {
+        fprintf(file, "Time span: no record times\n");
+    }
+    double metres = 0.0;
+    int32_t previous = -1;
+    for (int32_t i = 0; i < recordCount; i++) {
+        if (!(recordStore.rows[i].flags & RECORD_GPS_FIX)) continue;
+        if (previous >= 0) metres += GreatCircle(recordStore.rows[previous], recordStore.rows[i]);
+        previous = i;
+    }
+    fprintf(file, "Distance driven: %.1f m\n", metres);
+    static float values[MaxRecords];
+    for (int c = 0; c < 4; c++) {
+        int bands[4] = {0, 0, 0, 0};
+        for (int32_t i = 0; i < recordCount; i++) {
+            values[i] = ExportValue(recordStore.rows[i], c);
+            bands[PlotBand(values[i])]++;
+        }
+        fprintf(file, "Channel %d (%s):", c + 1, channelLabels[c]);
+        if (recordCount < 1) {
+            fprintf(file, " no values\n");
+            continue;
+        }
+        qsort(values, (size_t)recordCount, sizeof values[0], CompareFloats);
+        const int32_t mid = recordCount / 2;
+        const double median = recordCount % 2 ? (double)values[mid]
+                                              : ((double)values[mid - 1] + (double)values[mid]) / 2.0;
+        fprintf(file, " min %.3f, median %.3f, max %.3f;", (double)values[0], median,
+                (double)values[recordCount - 1]);
+        for (int b = 0; b < 4; b++)
+            fprintf(file, " %s %.1f %%%s", BandNames[b], 100.0 * bands[b] / recordCount, b < 3 ? "," : "\n");
+    }
+}

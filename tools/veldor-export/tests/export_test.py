@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""veldor-export read back by GDAL and xmllint against the survey parsed with struct; the damaged
+data files refused (message, status 2, no output); usage for a wrong option. Args: EXE DATAFILES"""
+import os, re, struct, subprocess, sys, tempfile, time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..", "tests", "e2e"))
+import views_survey  # noqa: E402  (the survey, and the bands of the default curve)
+
+EXE, DATAFILES = sys.argv[1], sys.argv[2]
+SOUND = {"negative_record_count.dat", "tag_count_high_bits.dat", "truncated_v1_1.dat"}
+BANDS = ["High: above 80", "Mid: above 60", "Low: above 40", "None: 40 or below"]
+CSV = ["-oo", "X_POSSIBLE_NAMES=longitude", "-oo", "Y_POSSIBLE_NAMES=latitude"]
+failures = []
+
+
+def check(ok, text):
+    print(("ok    " if ok else "FAIL  ") + text)
+    failures.extend([] if ok else [text])
+
+
+def run(*args): return subprocess.run([EXE, *args], capture_output=True, text=True)
+
+
+def ogr(path, *args):
+    """ogrinfo's text, its feature count per layer, and the fields, point and layer of the first feature."""
+    out = subprocess.run(["ogrinfo", "-ro", "-al", *args, path], capture_output=True, text=True).stdout
+    counts = dict((k, int(v)) for k, v in re.findall(r"Layer name: (.*)\n(?:.*\n)*?Feature Count: (\d+)", out))
+    point = re.search(r"POINT \(([-\d.e]+) ([-\d.e]+)\)", out)
+    layer = re.search(r"OGRFeature\((.*)\):", out)
+    return (counts, dict(re.findall(r"^  (\w+) \(\w+\) = (.*)$", out, re.M)),
+            point and (float(point[1]), float(point[2])), layer and layer[1])
+
+
+def near(point, rec):  # rec: (flags, acc, ch1..ch4, lat, lon, time)
+    return point is not None and abs(point[0] - rec[7] / 3.6e6) < 1e-7 and abs(point[1] - rec[6] / 3.6e6) < 1e-7
+
+
+with tempfile.TemporaryDirectory() as tmp:
+    dat, out = os.path.join(tmp, "survey.DAT"), lambda fmt: os.path.join(tmp, "survey." + fmt)
+    views_survey.make(dat, 300)
+    b = open(dat, "rb").read()
+    recs = [struct.unpack_from("<BB4BiiI", b, 1213 + 18 * i) for i in range(struct.unpack_from("<i", b, 1209)[0])]
+    at = 1213 + 18 * len(recs)
+    tags = [struct.unpack_from("<i51s", b, at + 4 + 55 * k) for k in range(struct.unpack_from("<i", b, at)[0])]
+    bands = [views_survey.band(r[2]) for r in recs]
+    for fmt in ("csv", "geojson", "kml", "gpx"):
+        r = run(dat, "--format", fmt)
+        check(r.returncode == 0 and os.listdir(tmp).count("survey." + fmt) == 1 and not os.path.exists(out(fmt) + ".part"),
+              f"{fmt}: exit {r.returncode}, written")
+    want = {name: bands.count(b) for b, name in enumerate(BANDS)}
+    want["Tags"] = len(tags)
+    for fmt, args, expected in (("csv", CSV, [300]), ("geojson", [], [300]), ("kml", [], want),
+                                ("gpx", [], {"waypoints": len(tags), "track_points": 300})):
+        counts = ogr(out(fmt), "-so", *args)[0]
+        got = list(counts.values()) if isinstance(expected, list) else {k: counts.get(k) for k in expected}
+        check(got == expected, f"{fmt}: feature counts {got}, expected {expected}")
+    for i in (0, 137, 299):
+        rec, value = recs[i], "%.3f" % views_survey.value(recs[i][2])
+        _, f, p, _ = ogr(out("csv"), "-where", f"index='{i + 1}'", *CSV)
+        check(near(p, rec) and f.get("ch1_value") == value and f.get("ch4_raw") == str(rec[5]) and
+              f.get("gps_fix") == str(int(rec[0] & 4 != 0)), f"csv record {i + 1}: {p} {f.get('ch1_value')}")
+        _, f, p, _ = ogr(out("geojson"), "-where", f"index={i + 1}")
+        check(near(p, rec) and float(f.get("ch1_value", "nan")) == float(value) and f.get("ch3_raw") == str(rec[4]),
+              f"geojson record {i + 1}: {p} {f.get('ch1_value')}")
+        _, f, p, layer = ogr(out("kml"), "-where", f"Name='{i + 1}'")
+        check(near(p, rec) and layer == BANDS[bands[i]], f"kml record {i + 1}: {p} in '{layer}'")
+        _, f, p, _ = ogr(out("gpx"), "-sql", f"SELECT * FROM track_points WHERE track_seg_point_id={i}")
+        when = time.strftime("%Y/%m/%d %H:%M:%S+00", time.gmtime(rec[8]))
+        check(near(p, rec) and f.get("veldor_ch2_raw") == str(rec[3]) and f.get("time") == when,
+              f"gpx point {i}: {p} {f.get('time')}")
+    index, text = tags[2]
+    text = text.split(b"\0")[0].decode()
+    check(near(ogr(out("kml"), "-where", f"Name='{text}'")[2], recs[index]), f"kml tag '{text}' at record {index + 1}")
+    r = subprocess.run(["xmllint", "--noout", out("kml"), out("gpx")], capture_output=True, text=True)
+    check(r.returncode == 0, "xmllint accepts the KML and GPX " + r.stderr.strip())
+    check("Records: 300\n" in run(dat, "--summary").stdout, "summary: 300 records")
+
+    for name in sorted(n for n in os.listdir(DATAFILES) if n.endswith(".dat")):
+        r = run(os.path.join(DATAFILES, name), "--format", "geojson", "-o", os.path.join(tmp, "bad.geojson"))
+        left = [n for n in os.listdir(tmp) if n.startswith("bad.")]
+        if name.startswith("v1_") or name in SOUND:
+            check(r.returncode == 0 and left == ["bad.geojson"], f"{name}: exported")
+        else:
+            said = re.search(r"File '.*%s'\n(Incorrect format|File corrupted)" % re.escape(name), r.stderr)
+            check(r.returncode == 2 and said is not None and left == [],
+                  f"{name}: exit {r.returncode}, {said[1] if said else r.stderr.strip()!r}, files left {left}")
+        [os.remove(os.path.join(tmp, n)) for n in left]
+    r = run(dat, "--format", "shp")
+    check(r.returncode == 2 and r.stderr.splitlines()[-1].startswith("usage: veldor-export SURVEY.DAT"),
+          f"--format shp: exit {r.returncode}, usage line")
+print(f"{len(failures)} of the checks failed" if failures else "all checks passed")
+sys.exit(1 if failures else 0)
