@@ -29,7 +29,9 @@ file(GLOB VELDOR_WIN32_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/*/*_win
 set(VELDOR_RC ${CMAKE_SOURCE_DIR}/src/resources/veldor.rc)
 # The dialog templates are scripts of their own that veldor.rc includes.
 file(GLOB VELDOR_RC_PARTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/dialogs_*.rc)
-set_source_files_properties(${VELDOR_RC} PROPERTIES OBJECT_DEPENDS "${VELDOR_IMAGES};${VELDOR_RC_PARTS}")
+list(APPEND VELDOR_RC_PARTS ${CMAKE_SOURCE_DIR}/src/resources/version.rc ${VELDOR_GENERATED_DIR}/veldor_version.h)
+set_source_files_properties(${VELDOR_RC} PROPERTIES OBJECT_DEPENDS "${VELDOR_IMAGES};${VELDOR_RC_PARTS}"
+  INCLUDE_DIRECTORIES ${VELDOR_GENERATED_DIR})
 
 add_executable(veldor WIN32 ${VELDOR_WIN32_SOURCES} ${VELDOR_RC})
 add_dependencies(veldor veldor_images)
@@ -37,3 +39,6 @@ target_include_directories(veldor PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE
   ${VELDOR_IMAGE_DIR})
 target_compile_definitions(veldor PRIVATE WIN32_LEAN_AND_MEAN)
 target_link_libraries(veldor PRIVATE veldor_core comctl32 comdlg32 gdi32 shell32 user32 kernel32)
+
+# The release: the operator's manual and the package.
+include(${CMAKE_SOURCE_DIR}/cmake/veldor_package.cmake)

@@ -7,6 +7,8 @@ PACKAGES=(
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64-x86-64 binutils-mingw-w64-i686
   wine wine64 fonts-wine xvfb xauth xdotool imagemagick socat
   ghostscript poppler-utils procps file
+  gdal-bin libxml2-utils
+  pandoc weasyprint unrtf unzip
 )
 
 missing=()

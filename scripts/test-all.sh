@@ -35,6 +35,10 @@ for exe in "$BUILD_ROOT"/win32/*.exe; do
   echo "linked: $exe ($(file -b "$exe" | cut -d, -f1-2))"
 done
 
+step "the Windows package: veldor-<version>-win32.zip, checked unzipped"
+(cd "$BUILD_ROOT/win32" && cpack)
+bash "$ROOT/tests/package/check_package.sh" "$BUILD_ROOT/win32"
+
 step "x86_64 Windows build, unit tests under Wine"
 cmake -S "$ROOT" -B "$BUILD_ROOT/win64" -G Ninja \
   -DCMAKE_TOOLCHAIN_FILE="$ROOT/cmake/toolchain-mingw64.cmake" >/dev/null

@@ -11,6 +11,7 @@
 #include "storage/settings_file.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
+#include "veldor_version.h"
 
 // The portable handlers of the table's CORE rows.
 static void OnRecordStart(int) { StartRecording(); }
@@ -113,8 +114,9 @@ int RunCoreFrameCommand(int id) {
 
 void FormatAboutText(char* out, int size) {
     if (out == nullptr || size < 1) return;
-    snprintf(out, (size_t)size, "%s%s\n%s", "VELDOR\nRF Survey Software\n\nVersion 2.3.3\n\n",
-             MAKER_NAME, MAKER_WEB_ADDRESS);
+    snprintf(out, (size_t)size, "%s%s\n%s",
+             "VELDOR\nRF Survey Software\n\nVersion " VELDOR_VERSION "\n\n", MAKER_NAME,
+             MAKER_WEB_ADDRESS);
 }
 
 void FormatWebsiteError(char* out, int size) {
