@@ -67,16 +67,28 @@ const TextSetting* const PowerBreakKeys[3] = {&KeyPlotPowerBreak1, &KeyPlotPower
 
 // ---- DisplayBox ---------------------------------------------------------------------
 
+DisplayBoxValues DisplayFormatButtons(const DisplayFormat& format) {
+    DisplayBoxValues values;
+    values.latLong = RadioIndex(LatLongModes, 4, format.latLongMode);
+    values.sign = RadioIndex(SignModes, 2, format.signMode);
+    values.reading = RadioIndex(ReadingModes, 4, format.readingMode);
+    return values;
+}
+
+DisplayFormat DisplayFormatOfButtons(const DisplayBoxValues& values) {
+    DisplayFormat format = ScreenFormat;
+    format.latLongMode = RadioValue(LatLongModes, 4, values.latLong);
+    format.signMode = RadioValue(SignModes, 2, values.sign);
+    format.readingMode = RadioValue(ReadingModes, 4, values.reading);
+    return format;
+}
+
 void DisplayBoxOpen(DisplayBoxValues* values) {
-    values->latLong = RadioIndex(LatLongModes, 4, ScreenFormat.latLongMode);
-    values->sign = RadioIndex(SignModes, 2, ScreenFormat.signMode);
-    values->reading = RadioIndex(ReadingModes, 4, ScreenFormat.readingMode);
+    *values = DisplayFormatButtons(ScreenFormat);
 }
 
 void DisplayBoxStore(const DisplayBoxValues* values) {
-    ScreenFormat.latLongMode = RadioValue(LatLongModes, 4, values->latLong);
-    ScreenFormat.signMode = RadioValue(SignModes, 2, values->sign);
-    ScreenFormat.readingMode = RadioValue(ReadingModes, 4, values->reading);
+    ScreenFormat = DisplayFormatOfButtons(*values);
     WriteSettingInt(KeyListingLatLong, ScreenFormat.latLongMode);
     WriteSettingInt(KeyListingSign, ScreenFormat.signMode);
     WriteSettingInt(KeyListingDecimalPlaces, ScreenFormat.readingMode);

@@ -11,6 +11,7 @@
 #include <stdint.h>
 
 #include "survey/survey_state.h"
+#include "views/display_format.h"
 
 constexpr int GeneralEditSize = 32;  // a number's edit, 31 characters
 
@@ -22,6 +23,10 @@ struct DisplayBoxValues {
     int32_t reading;  // "0", "0.0", "0.000", "Raw"
 };
 void DisplayBoxOpen(DisplayBoxValues* values);
+// A format's buttons and back; a value with no button of its own shows the
+// group's first ("Deg", "North/South", "0").
+DisplayBoxValues DisplayFormatButtons(const DisplayFormat& format);
+DisplayFormat DisplayFormatOfButtons(const DisplayBoxValues& values);
 // Sets ScreenFormat, writes its three keys and repaints the three views.
 void DisplayBoxStore(const DisplayBoxValues* values);
 

@@ -29,8 +29,8 @@
     X(IDM_FILE_CLOSE, ENABLE_FILE_NAMED, 0, "File closed", FRAME(OnFileClose))                     \
     X(IDM_FILE_PREFERENCES, ENABLE_ALWAYS, 0, "Set preferences", FRAME(OnPrefs))                   \
     X(IDM_FILE_MAKE_LISTING, ENABLE_RECORDS_READY, 0, "Creating list file", FRAME(OnMakeListing))  \
-    X(IDM_FILE_PRINT_LISTING, ENABLE_RECORDS_READY, 0, "Print listing", FRAME(LogIfReady))         \
-    X(IDM_FILE_PRINT_PLOT, ENABLE_RECORDS_READY, 0, "Print plot", FRAME(LogIfReady))               \
+    X(IDM_FILE_PRINT_LISTING, ENABLE_RECORDS_READY, 0, "Print listing", FRAME(OnPrintListing))     \
+    X(IDM_FILE_PRINT_PLOT, ENABLE_RECORDS_READY, 0, "Print plot", FRAME(OnPrintPlot))              \
     X(IDM_FILE_EXIT, ENABLE_ALWAYS, 0, nullptr, FRAME(OnExit))                                     \
     X(IDM_RECORD_START, ENABLE_IDLE, 0, nullptr, CORE(OnRecordStart))                              \
     X(IDM_RECORD_STOP, ENABLE_RECORDING, 0, nullptr, CORE(OnRecordStop))                           \

@@ -18,6 +18,7 @@
 #include "dialogs/instrument_dialogs_win32.h"
 #include "dialogs/make_file_box_win32.h"
 #include "dialogs/tag_dialogs_win32.h"
+#include "printing/print_jobs_win32.h"
 #include "survey/survey_state.h"
 
 void CentreDialog(HWND window) {
@@ -65,8 +66,16 @@ static void LogCommand(HWND, int id) {
     if (line != nullptr) LogStatus("%s", line);
 }
 
-static void LogIfReady(HWND frame, int id) {
-    if (RecordsReadyForOutput()) LogCommand(frame, id);
+static void OnPrintListing(HWND frame, int id) {
+    if (!RecordsReadyForOutput()) return;
+    LogCommand(frame, id);
+    PrintListing(frame);
+}
+
+static void OnPrintPlot(HWND frame, int id) {
+    if (!RecordsReadyForOutput()) return;
+    LogCommand(frame, id);
+    PrintPlot(frame);
 }
 
 static void OnMakeListing(HWND frame, int id) {

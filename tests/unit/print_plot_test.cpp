@@ -1,5 +1,7 @@
 #include "printing/print_plot.h"
 
+#include "printing/print_boxes.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -7,6 +9,7 @@
 
 #include "fake_platform.h"
 #include "views/display_format.h"
+#include "storage/settings_file.h"
 #include "views/plot_geometry.h"
 
 namespace {
@@ -138,6 +141,56 @@ TEST(PrintPlotTest, PlacesRecordsOnPaperInTenthsOfAMillimetre) {
         EXPECT_EQ((std::vector<int32_t>{q.left + h, q.top + h, q.right, q.bottom}),
                   (std::vector<int32_t>{c.x, c.y, q.left + 10, q.top + 10}));
     }
+}
+
+// The print dialogs show the stored format's buttons, a value without one as the first, and write
+// back what they show; the plot dialog writes its area only once it is confirmed, and the dot size
+// as typed while the job takes it within 1..100.
+TEST(PrintPlotTest, PrintDialogsReadAndWriteTheirKeys) {
+    const struct { const char *latLong, *sign, *places; int32_t buttons[3]; } formats[] = {
+        {"4", "2", "-1", {3, 1, 3}}, {"3", "1", "3", {2, 0, 2}}, {"2", "7", "1", {1, 0, 1}},
+        {"9", "0", "2", {0, 0, 0}}};
+    for (const auto& f : formats) {
+        ResetFakeWorld();
+        WriteSetting(KeyPrintListingLatLong, f.latLong);
+        WriteSetting(KeyPrintListingSign, f.sign);
+        WriteSetting(KeyPrintListingDecimalPlaces, f.places);
+        WriteSetting(KeyPrintListingFiles, "0");
+        PrintListBoxValues v;
+        PrintListBoxOpen(&v);
+        EXPECT_EQ((std::vector<int32_t>{v.format.latLong, v.format.sign, v.format.reading, v.date,
+                                        v.files, v.stats}),
+                  (std::vector<int32_t>{f.buttons[0], f.buttons[1], f.buttons[2], 1, 0, 1}));
+        PrintListBoxStore(&v);
+        DisplayFormat stored = ReadPrintListingFormat();
+        EXPECT_EQ(DisplayFormatButtons(stored).latLong, f.buttons[0]);
+        EXPECT_EQ(StoredSetting("Print Listing", "Files"), "0");
+    }
+
+    ResetFakeWorld();
+    recordCount = 1;
+    recordStore.rows[0].latitude = 1500, recordStore.rows[0].longitude = 1500;
+    printArea.printableWidth = 200, printArea.printableHeight = 280;
+    PrintPlotBoxValues v;
+    PrintPlotBoxOpen(&v);
+    EXPECT_EQ(v.area, PRINT_RADIO_FIT_ENTIRE);
+    v.area = PRINT_RADIO_SPECIFY, v.aspect = 0;
+    snprintf(v.dotSize, sizeof v.dotSize, "500");
+    const char* typed[8] = {"0 0 2 N", "0 0 1 E", "0 0 1 N", "0 0 2 E", "10", "10", "100", "100"};
+    for (int k = 0; k < 8; k++)
+        snprintf(k < 4 ? v.fields.map[k] : v.fields.page[k - 4], k < 4 ? 32 : 16, "%s", typed[k]);
+    fake.answers = {0, 1};
+    EXPECT_EQ(PrintPlotBoxStore(&v), 0);  // No at the confirmation
+    EXPECT_EQ(StoredSetting("Plot scale", "TL Lat"), "<absent>");
+    EXPECT_EQ(PrintPlotBoxStore(&v), 1);
+    EXPECT_EQ(StoredSetting("Plot scale", "TL Lat"), "0 0 2 N");
+    EXPECT_EQ(StoredSetting("Plot scale", "BR Y"), "100");
+    EXPECT_EQ(StoredSetting("Plot scale", "Dot size"), "500");
+    EXPECT_EQ(StoredSetting("Plot scale", "Aspect 1:1"), "0");
+    EXPECT_EQ((std::vector<int32_t>{printArea.printDotSize, printArea.keepAspect, printArea.fitToPage}),
+              (std::vector<int32_t>{100, 0, 0}));
+    PrintDotSizeSpin(&v, 1);
+    EXPECT_STREQ(v.dotSize, "100");
 }
 
 }  // namespace

@@ -1,0 +1,198 @@
+#!/usr/bin/env python3
+"""What the printed pages of a survey must hold, checked on the printer's output.
+
+  print_check.py listing DAT METRICS PAGE_TXT... [--format DEG|DMS_PM_RAW] [--header 0|1]
+      PAGE_TXT are Ghostscript's text of each page, in order. Every line the
+      page must hold is there in order (words compared, as the text device
+      spaces the tab stops its own way), and no other.
+  print_check.py plot DAT METRICS PAGE.ppm --mode entire|displayed|specify [--probe PROBE]
+      PAGE.ppm is the page rendered at 127 dpi (5 pixels a mm). Each record
+      inside the map area has its 1 mm dot, in the band colour of channel 1,
+      centred within half a mm of where the scale puts it; no other pixel is
+      marked.
+
+METRICS is the file printer's report (file_printer metrics). Everything is
+computed from the survey file and the manual's arithmetic, nothing from the
+program.
+"""
+import datetime
+import re
+import struct
+import sys
+
+from views_survey import BAND_RGB, band, client, fact, value
+
+HEADER = 26 + 4 + 4 + 4 + 1 + 2
+
+
+def f32(v):
+    return struct.unpack("<f", struct.pack("<f", v))[0]
+
+
+def read_survey(path):
+    b = open(path, "rb").read()
+    start = struct.unpack_from("<I", b, 26)[0]
+    names = [b[HEADER + 260 * i:HEADER + 260 * (i + 1)].split(b"\0")[0].decode() for i in range(4)]
+    at = HEADER + 4 * 260 + 4 * 32
+    count = struct.unpack_from("<i", b, at)[0]
+    rows = []
+    for k in range(count):
+        flags, chan, c0, c1, c2, c3, lat, lon, _ = struct.unpack_from("<BB4BiiI", b, at + 4 + 18 * k)
+        rows.append((flags, chan, (c0, c1, c2, c3), lat, lon))
+    return start, names, rows
+
+
+def metrics(path):
+    return {k: int(v) for k, v in (line.strip().split("=") for line in open(path) if "=" in line)}
+
+
+# ---- Listing --------------------------------------------------------------------------------------
+
+def position(ms, axis, fmt):
+    m = abs(ms)
+    if fmt == "DEG":
+        return "%.7f %s" % (f32(f32(m) / 3600000.0), ("SN" if axis == 0 else "WE")[ms >= 0])
+    deg, rem = divmod(m, 3600000)
+    minute, sec = divmod(rem, 60000)
+    return "%s%d %d %.3f" % ("-" if ms < 0 else "+", deg, minute, f32(f32(sec) / 1000.0))
+
+
+def record_line(row, fmt):
+    flags, chan, ch, lat, lon = row
+    words = [position(lat, 0, fmt), position(lon, 1, fmt)]
+    words += ["%.1f" % f32(value(r)) if fmt == "DEG" else "%d" % r for r in ch]
+    if flags & 0x08:
+        words.append("%d" % chan)
+    return " ".join(words)
+
+
+def date_text(t):
+    return datetime.datetime.utcfromtimestamp(t).strftime("%a %b %d %H:%M:%S %Y")
+
+
+def check_listing(dat, met, pages, fmt, header):
+    start, names, rows = read_survey(dat)
+    per_page = met["vertres"] // met["lineheight"] - 1
+    want = [["VELDOR Listing"]]
+    first = 5
+    if header:
+        want[0] += ["Recording started: " + date_text(start), "Printed: *",
+                    "Data filename: " + dat.rsplit("/", 1)[-1]]
+        want[0] += ["Ch%d cal. filename: %s" % (c + 1, names[c]) for c in range(4)]
+        want[0] += ["Records taken: %d" % len(rows)]
+        first = 16
+    line = first
+    for row in rows:
+        want[-1].append(record_line(row, fmt))
+        if line >= per_page:
+            want.append([])
+            line = 3
+        else:
+            line += 1
+    if not want[-1]:
+        want.pop()
+    fact(len(pages) == len(want), f"{len(pages)} pages printed, {len(want)} expected "
+         f"({per_page} lines a page, first record on line {first})")
+    for p, (page, lines) in enumerate(zip(pages, want)):
+        got = [" ".join(l.split()) for l in open(page, encoding="latin-1") if l.strip()]
+        if len(got) != len(lines):
+            fact(False, f"page {p + 1}: {len(got)} lines, {len(lines)} expected")
+        for n, (g, w) in enumerate(zip(got, lines)):
+            ok = g.startswith("Printed: ") if w == "Printed: *" else g == " ".join(w.split())
+            if not ok:
+                fact(False, f"page {p + 1} line {n + 1}: '{g}', expected '{w}'")
+    print(f"ok    {len(rows)} records on {len(pages)} pages, every line as expected")
+
+
+# ---- Plot -----------------------------------------------------------------------------------------
+
+def tdiv(a, b):
+    q = abs(a) // abs(b)
+    return q if (a >= 0) == (b > 0) else -q
+
+
+def placement(rows, met, mode, probe):
+    """Map area, page rectangle in tenths of a mm (y up) and scales, as the manual gives them."""
+    width, height = met["horzsize"] * 10, met["vertsize"] * 10
+    if mode == "specify":  # the area the scenario types
+        top, left, bottom, right = 185420000, -3600000, 185400000, -3570000
+        page = [20, 30, 180, 250]
+    else:
+        page = [0, 0, width // 10, height // 10]
+        if mode == "entire":
+            lats, lons = [r[3] for r in rows], [r[4] for r in rows]
+            top, bottom, left, right = max(lats), min(lats), min(lons), max(lons)
+        else:
+            _, _, w, h = client(probe, "Veldor_Plot")
+            l, t, r, b = 1, 34, w - 1, h - 1  # the plot area under the button strip
+            lats, lons = [r[3] for r in rows], [r[4] for r in rows]
+            dlat, dlon = max(lats) - min(lats), max(lons) - min(lons)
+            clat, clon = min(lats) + dlat // 2, min(lons) + dlon // 2
+            m = max(dlat // (b - t), dlon // (r - l))
+            scale = max(m + m // 3, 1)
+            left, right = clon - (r - l) * scale // 2, clon + (r - l) * scale // 2
+            bottom, top = clat - (b - t) * scale // 2, clat + (b - t) * scale // 2
+    pl, pt, pr, pb = (v * 10 for v in page)
+    pt, pb = height - pt, height - pb
+    dlat, dlon = top - bottom, right - left
+    lat_s = max(dlat // (pt - pb), 1)
+    lon_s = max(dlon // (pr - pl), 1)
+    lat_s = lon_s = max(lat_s, lon_s)  # "Maintain aspect ratio of 1:1" is on
+    if mode != "specify":
+        pr, pt = width, height
+        pl, pb = (width - dlon // lon_s) // 2, (height - dlat // lat_s) // 2
+    return (top, left, bottom, right), (pl, pt, pr, pb), lat_s, lon_s, height
+
+
+def check_plot(dat, met, ppm, mode, probe):
+    _, _, rows = read_survey(dat)
+    (top, left, bottom, right), (pl, pt, pr, pb), lat_s, lon_s, height = placement(rows, met, mode, probe)
+    data = re.sub(rb"#[^\n]*\n", b"", open(ppm, "rb").read(), count=1)
+    _, w, h, _, px = data.split(maxsplit=4)
+    w, h = int(w), int(h)
+    at = lambda x, y: tuple(px[(y * w + x) * 3:(y * w + x) * 3 + 3])
+    allowed, dots = set(), 0
+    for i, (_, _, ch, lat, lon) in enumerate(rows):
+        if not (left <= lon <= right and bottom <= lat <= top):
+            continue
+        x, y = pl + tdiv(lon - left, lon_s), pb + tdiv(lat - bottom, lat_s)
+        if not (pl <= x <= pr and pb <= y <= pt):
+            continue
+        # A logical unit is a tenth of the printer's whole millimetres of
+        # HORZSIZE and VERTSIZE across its HORZRES and VERTRES dots.
+        cx = x * met["horzres"] / (met["horzsize"] * 10.0) * 127 / met["logpixelsx"]
+        cy = (height - y) * met["vertres"] / (met["vertsize"] * 10.0) * 127 / met["logpixelsy"]
+        want = BAND_RGB[band(ch[0])]
+        allowed.update((xx, yy) for xx in range(int(cx) - 5, int(cx) + 7) for yy in range(int(cy) - 5, int(cy) + 7))
+        if not (6 <= cx < w - 6 and 6 <= cy < h - 6):
+            continue  # the truncated scale can put the outer dots off the paper
+        inked = [(xx, yy, at(xx, yy)) for xx in range(int(cx) - 5, int(cx) + 7) for yy in range(int(cy) - 5, int(cy) + 7)
+                 if at(xx, yy) != (255, 255, 255)]
+        mx = sum(p[0] for p in inked) / max(len(inked), 1) + 0.5  # pixel centres
+        my = sum(p[1] for p in inked) / max(len(inked), 1) + 0.5
+        colours = {p[2] for p in inked}
+        if colours != {want} or abs(mx - cx) > 2.5 or abs(my - cy) > 2.5 or not 16 <= len(inked) <= 49:
+            fact(False, f"record {i + 1}: dot {colours} of {len(inked)} pixels at ({mx:.1f}, {my:.1f}), "
+                        f"expected {want} at ({cx:.1f}, {cy:.1f}) px")
+        dots += 1
+    white, stray = b"\xff" * (w * 3), []
+    for y in range(h):
+        if px[y * w * 3:(y + 1) * w * 3] != white:
+            stray += [(x, y) for x in range(w) if at(x, y) != (255, 255, 255) and (x, y) not in allowed]
+    fact(not stray, f"nothing else on the page ({len(stray)} stray pixels, first {stray[:3]})")
+    fact(dots >= 10, f"{dots} dots where the scale puts them (scale {lat_s} ms of arc a tenth of a mm)")
+
+
+def main(argv):
+    opt = {argv[i]: argv[i + 1] for i in range(2, len(argv) - 1) if argv[i].startswith("--")}
+    pos = [a for i, a in enumerate(argv[2:], 2) if not a.startswith("--") and not argv[i - 1].startswith("--")]
+    if argv[1] == "listing":
+        check_listing(pos[0], metrics(pos[1]), pos[2:], opt.get("--format", "DEG"), opt.get("--header", "1") == "1")
+    elif argv[1] == "plot":
+        check_plot(pos[0], metrics(pos[1]), pos[2], opt["--mode"], opt.get("--probe"))
+    else:
+        sys.exit(__doc__)
+
+
+if __name__ == "__main__":
+    main(sys.argv)

@@ -1,0 +1,103 @@
+// The end-to-end tests' printer: a PostScript printer of Wine's own driver
+// whose port pipes every job into a file, made the default; removed again
+// for the no-printer case; and the metrics a job on it will meet.
+//   file_printer add NAME PPD OUTFILE   (PPD a Windows path, OUTFILE a Unix path)
+//   file_printer remove NAME
+//   file_printer metrics                (of the default printer)
+#include <windows.h>
+#include <stdio.h>
+#include <string.h>
+#include <winspool.h>
+
+static int Add(char* name, char* ppd, const char* out) {
+    // The driver finds its PPD in the printer-driver folder.
+    char folder[MAX_PATH], copy[MAX_PATH + 32];
+    DWORD needed = 0;
+    if (!GetPrinterDriverDirectoryA(nullptr, nullptr, 1, (BYTE*)folder, sizeof folder, &needed)) {
+        printf("no printer-driver folder: %lu\n", GetLastError());
+        return 1;
+    }
+    snprintf(copy, sizeof copy, "%s\\veldor_test.ppd", folder);
+    if (!CopyFileA(ppd, copy, FALSE)) {
+        printf("copying %s to %s failed: %lu\n", ppd, copy, GetLastError());
+        return 1;
+    }
+    char driver[] = "Wine PostScript Driver";
+    char dll[] = "wineps.drv";
+    DRIVER_INFO_3A di = {};
+    di.cVersion = 3;
+    di.pName = driver;
+    di.pDriverPath = dll;
+    di.pConfigFile = dll;
+    di.pDataFile = copy;
+    if (!AddPrinterDriverExA(nullptr, 3, (BYTE*)&di, APD_COPY_NEW_FILES)) {
+        printf("AddPrinterDriverExA failed: %lu\n", GetLastError());
+        return 1;
+    }
+    char port[MAX_PATH + 16];
+    snprintf(port, sizeof port, "|cat > %s", out);
+    char processor[] = "winprint", datatype[] = "RAW";
+    PRINTER_INFO_2A pi = {};
+    pi.pPrinterName = name;
+    pi.pPortName = port;
+    pi.pDriverName = driver;
+    pi.pPrintProcessor = processor;
+    pi.pDatatype = datatype;
+    pi.Attributes = PRINTER_ATTRIBUTE_LOCAL;
+    HANDLE printer = AddPrinterA(nullptr, 2, (BYTE*)&pi);
+    if (printer == nullptr) {
+        printf("AddPrinterA failed: %lu\n", GetLastError());
+        return 1;
+    }
+    ClosePrinter(printer);
+    if (!SetDefaultPrinterA(name)) {
+        printf("SetDefaultPrinterA failed: %lu\n", GetLastError());
+        return 1;
+    }
+    printf("printer %s on %s\n", name, port);
+    return 0;
+}
+
+static int Remove(char* name) {
+    HANDLE printer = nullptr;
+    PRINTER_DEFAULTSA access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+    if (!OpenPrinterA(name, &printer, &access) || !DeletePrinter(printer)) {
+        printf("removing %s failed: %lu\n", name, GetLastError());
+        return 1;
+    }
+    ClosePrinter(printer);
+    return 0;
+}
+
+// What the print jobs will read of the default printer's surface.
+static int Metrics() {
+    char name[256];
+    DWORD size = sizeof name;
+    if (!GetDefaultPrinterA(name, &size)) {
+        printf("no default printer\n");
+        return 1;
+    }
+    HDC dc = CreateDCA("WINSPOOL", name, nullptr, nullptr);
+    if (dc == nullptr) {
+        printf("no surface for %s: %lu\n", name, GetLastError());
+        return 1;
+    }
+    TEXTMETRICA tm;
+    GetTextMetricsA(dc, &tm);
+    printf("lineheight=%ld\nhorzres=%d\nvertres=%d\nhorzsize=%d\nvertsize=%d\n"
+           "offsetx=%d\noffsety=%d\nlogpixelsx=%d\nlogpixelsy=%d\n",
+           tm.tmHeight + tm.tmExternalLeading, GetDeviceCaps(dc, HORZRES),
+           GetDeviceCaps(dc, VERTRES), GetDeviceCaps(dc, HORZSIZE), GetDeviceCaps(dc, VERTSIZE),
+           GetDeviceCaps(dc, PHYSICALOFFSETX), GetDeviceCaps(dc, PHYSICALOFFSETY),
+           GetDeviceCaps(dc, LOGPIXELSX), GetDeviceCaps(dc, LOGPIXELSY));
+    DeleteDC(dc);
+    return 0;
+}
+
+int main(int argc, char** argv) {
+    if (argc == 5 && strcmp(argv[1], "add") == 0) return Add(argv[2], argv[3], argv[4]);
+    if (argc == 3 && strcmp(argv[1], "remove") == 0) return Remove(argv[2]);
+    if (argc == 2 && strcmp(argv[1], "metrics") == 0) return Metrics();
+    printf("usage: file_printer add NAME PPD OUTFILE | remove NAME | metrics\n");
+    return 2;
+}
