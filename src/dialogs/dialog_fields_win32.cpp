@@ -1,6 +1,9 @@
 #include "dialogs/dialog_fields_win32.h"
 
+#include <commctrl.h>
 #include <stdint.h>
+
+#include "shell/shell_win32.h"
 
 static void* At(void* values, const DialogField& f) { return (char*)values + f.offset; }
 static const void* At(const void* values, const DialogField& f) {
@@ -51,4 +54,31 @@ void DialogSpin(HWND dialog, int editId, int delta, int low, int high) {
     GetDlgItemTextA(dialog, editId, text, sizeof text);
     SpinStep(text, delta, low, high, out, sizeof out);
     SetDlgItemTextA(dialog, editId, out);
+}
+
+INT_PTR RunDialogBox(HWND owner, const char* name, DLGPROC proc) {
+    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS};
+    InitCommonControlsEx(&controls);
+    return DialogBoxParamA(shell.instance, name, owner, proc, 0);
+}
+
+void PrepareSpins(HWND dialog, int firstSpinId, int firstEditId, int count) {
+    for (int i = 0; i < count; i++) {
+        HWND spin = GetDlgItem(dialog, firstSpinId + i);
+        SendMessageA(spin, UDM_SETBUDDY, (WPARAM)GetDlgItem(dialog, firstEditId + i), 0);
+        SendMessageA(spin, UDM_SETRANGE32, 0, 1000);
+        SendMessageA(spin, UDM_SETPOS32, 0, 500);
+    }
+}
+
+int SpinPress(LPARAM lParam, int* spinId) {
+    const NMHDR* header = (const NMHDR*)lParam;
+    if (header->code != UDN_DELTAPOS) return 0;
+    *spinId = (int)header->idFrom;
+    return ((const NMUPDOWN*)lParam)->iDelta > 0 ? 1 : -1;
+}
+
+INT_PTR RefuseSpinMove(HWND dialog) {
+    SetWindowLongPtrA(dialog, DWLP_MSGRESULT, TRUE);
+    return TRUE;
 }

@@ -15,6 +15,20 @@ void DialogRead(HWND dialog, const DialogField* fields, int count, void* values)
 // low..high and writes it back.
 void DialogSpin(HWND dialog, int editId, int delta, int low, int high);
 
+// Runs one of the program's modal dialogs, whose template may hold spin
+// controls; the result is EndDialog's.
+INT_PTR RunDialogBox(HWND owner, const char* name, DLGPROC proc);
+// Each of count spin controls from firstSpinId gets the edit from firstEditId
+// as buddy, so that the arrow keys in the edit press it too, but writes
+// nothing itself: every press arrives as UDN_DELTAPOS, the dialog refuses the
+// move (RefuseSpinMove) and writes the edit, so the control's own position
+// never moves and never sticks at an end of its range.
+void PrepareSpins(HWND dialog, int firstSpinId, int firstEditId, int count);
+// The direction of a spin press, +1 up or -1 down, with its control's id;
+// 0 for any other notification.
+int SpinPress(LPARAM lParam, int* spinId);
+INT_PTR RefuseSpinMove(HWND dialog);
+
 template <int N>
 inline void DialogFill(HWND dialog, const DialogField (&fields)[N], const void* values) {
     DialogFill(dialog, fields, N, values);

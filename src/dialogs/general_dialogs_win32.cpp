@@ -1,7 +1,5 @@
 #include "dialogs/general_dialogs_win32.h"
 
-#include <commctrl.h>
-
 #include "dialogs/dialog_fields_win32.h"
 #include "dialogs/general_dialogs.h"
 #include "dialogs/general_ids.h"
@@ -45,31 +43,6 @@ const DialogField PrefFields[] = {
     DIALOG_FIELD(IDC_PREF_CHECK_STORED, FIELD_CHECK, PrefBoxValues, checkStored, 0),
     DIALOG_FIELD(IDC_PREF_PLOT_POSITION, FIELD_CHECK, PrefBoxValues, plotPosition, 0),
 };
-
-// Each spin control has its edit as buddy, so that the arrow keys in the
-// edit press it too, but writes nothing itself: every press arrives as
-// UDN_DELTAPOS and is refused, so the control's own position never moves and
-// never sticks at an end of its range.
-void PrepareSpins(HWND box, int firstSpinId, int firstEditId, int count) {
-    for (int i = 0; i < count; i++) {
-        HWND spin = GetDlgItem(box, firstSpinId + i);
-        SendMessageA(spin, UDM_SETBUDDY, (WPARAM)GetDlgItem(box, firstEditId + i), 0);
-        SendMessageA(spin, UDM_SETRANGE32, 0, 1000);
-        SendMessageA(spin, UDM_SETPOS32, 0, 500);
-    }
-}
-// The spin control and direction (+1 up, -1 down) of a notification; 0 for
-// anything else.
-int SpinPress(LPARAM lParam, int* spinId) {
-    const NMHDR* header = (const NMHDR*)lParam;
-    if (header->code != UDN_DELTAPOS) return 0;
-    *spinId = (int)header->idFrom;
-    return ((const NMUPDOWN*)lParam)->iDelta > 0 ? 1 : -1;
-}
-INT_PTR RefuseSpinMove(HWND box) {
-    SetWindowLongPtrA(box, DWLP_MSGRESULT, TRUE);
-    return TRUE;
-}
 
 // Cancel, Escape and the close box end with 0; Help opens the help document.
 int OnOtherButton(HWND box, int id) {
@@ -210,25 +183,17 @@ INT_PTR CALLBACK PrefBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lPara
     }
 }
 
-INT_PTR RunBox(HWND owner, const char* name, DLGPROC proc) {
-    INITCOMMONCONTROLSEX controls;
-    controls.dwSize = sizeof controls;
-    controls.dwICC = ICC_UPDOWN_CLASS;
-    InitCommonControlsEx(&controls);
-    return DialogBoxParamA(shell.instance, name, owner, proc, 0);
-}
-
 }  // namespace
 
 void OnConfigureDisplay(HWND frame) {
-    RunBox(frame, "DisplayBox", DisplayBoxProc);
+    RunDialogBox(frame, "DisplayBox", DisplayBoxProc);
 }
 void OnRecordSettings(HWND frame) {
-    RunBox(frame, "RecSettingsBox", RecSettingsBoxProc);
+    RunDialogBox(frame, "RecSettingsBox", RecSettingsBoxProc);
 }
 void OnPreferences(HWND frame) {
-    RunBox(frame, "PrefBox", PrefBoxProc);
+    RunDialogBox(frame, "PrefBox", PrefBoxProc);
 }
 int RunColoursBox(HWND owner) {
-    return RunBox(owner, "ColoursBox", ColoursBoxProc) == 1;
+    return RunDialogBox(owner, "ColoursBox", ColoursBoxProc) == 1;
 }

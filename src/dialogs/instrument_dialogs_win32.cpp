@@ -215,11 +215,10 @@ INT_PTR CALLBACK TzrBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam
         if (HIWORD(wParam) == BN_CLICKED) OnTzrButton(box, LOWORD(wParam));
         return TRUE;
     case WM_NOTIFY: {
-        const NMUPDOWN* spin = (const NMUPDOWN*)lParam;
-        if (spin->hdr.code != UDN_DELTAPOS) return FALSE;
-        OnTzrSpin(box, (int)spin->hdr.idFrom, spin->iDelta);
-        SetWindowLongPtrA(box, DWLP_MSGRESULT, TRUE);
-        return TRUE;
+        int spinId = 0, delta = SpinPress(lParam, &spinId);
+        if (delta == 0) return FALSE;
+        OnTzrSpin(box, spinId, delta);
+        return RefuseSpinMove(box);
     }
     default: return FALSE;
     }
@@ -240,7 +239,5 @@ void OnConfigureAr3000a(HWND frame) {
 }
 
 void OnConfigureTzr4100(HWND frame) {
-    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS};
-    InitCommonControlsEx(&controls);
-    DialogBoxParamA(shell.instance, "TzrBox", frame, TzrBoxProc, 0);
+    RunDialogBox(frame, "TzrBox", TzrBoxProc);
 }

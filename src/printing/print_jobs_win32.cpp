@@ -1,6 +1,5 @@
 #include "printing/print_jobs_win32.h"
 
-#include <commctrl.h>
 #include <commdlg.h>
 #include <string.h>
 
@@ -157,23 +156,19 @@ void OnPrintPlotInit(HWND box) {
     PrintPlotBoxOpen(&values);
     DialogFill(box, PrintPlotFields, &values);
     EnableAreaFields(box, values.area);
-    HWND spin = GetDlgItem(box, IDC_PRINT_PLOT_DOT_SPIN);
-    SendMessageA(spin, UDM_SETBUDDY, (WPARAM)GetDlgItem(box, IDC_PRINT_PLOT_DOT_SIZE), 0);
-    SendMessageA(spin, UDM_SETRANGE32, 0, 1000);
-    SendMessageA(spin, UDM_SETPOS32, 0, 500);
+    PrepareSpins(box, IDC_PRINT_PLOT_DOT_SPIN, IDC_PRINT_PLOT_DOT_SIZE, 1);
     StartOnOk(box);
 }
 
-// The spin's arrows step the dot size; the control's own position never moves.
+// The spin's arrows step the dot size.
 INT_PTR OnPrintPlotNotify(HWND box, LPARAM lParam) {
-    const NMHDR* header = (const NMHDR*)lParam;
-    if (header->code != UDN_DELTAPOS || header->idFrom != IDC_PRINT_PLOT_DOT_SPIN) return FALSE;
+    int spinId = 0, delta = SpinPress(lParam, &spinId);
+    if (delta == 0) return FALSE;
     PrintPlotBoxValues values = {};
     DialogRead(box, PrintPlotFields, &values);
-    PrintDotSizeSpin(&values, ((const NMUPDOWN*)lParam)->iDelta > 0 ? 1 : -1);
+    PrintDotSizeSpin(&values, delta);
     SetDlgItemTextA(box, IDC_PRINT_PLOT_DOT_SIZE, values.dotSize);
-    SetWindowLongPtrA(box, DWLP_MSGRESULT, TRUE);
-    return TRUE;
+    return RefuseSpinMove(box);
 }
 
 INT_PTR CALLBACK PrintPlotDialog(HWND box, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -198,14 +193,6 @@ INT_PTR CALLBACK PrintPlotDialog(HWND box, UINT message, WPARAM wParam, LPARAM l
         default:
             return FALSE;
     }
-}
-
-INT_PTR RunPrintDialog(HWND frame, const char* name, DLGPROC proc) {
-    INITCOMMONCONTROLSEX controls;
-    controls.dwSize = sizeof controls;
-    controls.dwICC = ICC_UPDOWN_CLASS;
-    InitCommonControlsEx(&controls);
-    return DialogBoxParamA(shell.instance, name, frame, proc, 0);
 }
 
 // ---- AbortBox and the abort procedure ------------------------------------------------
@@ -317,7 +304,7 @@ void DrawHeaderText(HDC dc, const PrintListingJob& job, const PrintText& text) {
 
 int PrintListing(HWND frame) {
     if (!RecordsReadyForOutput() || !TakeDefaultPrinter(frame)) return 0;
-    if (RunPrintDialog(frame, "PrintListBox", PrintListDialog) != 1) return 0;
+    if (RunDialogBox(frame, "PrintListBox", PrintListDialog) != 1) return 0;
     HDC dc = printSetup.hDC;
     TEXTMETRICA font;
     if (!GetTextMetricsA(dc, &font)) memset(&font, 0, sizeof font);
@@ -354,7 +341,7 @@ int PrintListing(HWND frame) {
 
 int PrintPlot(HWND frame) {
     if (!RecordsReadyForOutput() || !TakeDefaultPrinter(frame)) return 0;
-    if (RunPrintDialog(frame, "PrintPlotBox", PrintPlotDialog) != 1) return 0;
+    if (RunDialogBox(frame, "PrintPlotBox", PrintPlotDialog) != 1) return 0;
     HDC dc = printSetup.hDC;
     BeginBusy();
     SetMapMode(dc, MM_LOMETRIC);

@@ -61,6 +61,7 @@ print_menu l
 e2e_expect "no dialog \"VELDOR - Print Listing\"" -t 10 "window=VELDOR - Print Listing"
 grep -q -F "control=Edit|1901|VELDOR Test on |cat > $JOB" "$ART/last_probe.txt" ||
   e2e_fail "the printer field says: $(grep '^control=Edit|1901' "$ART/last_probe.txt")"
+sleep 1
 e2e_shot print_listing_box
 e2e_key Return
 e2e_wait_status "Print listing" 5 || e2e_fail "no status line \"Print listing\""
@@ -74,6 +75,7 @@ e2e_pass "the listing: header and records line by line, pages as the page height
 print_menu l
 e2e_expect "no dialog \"VELDOR - Print Listing\"" -t 10 "window=VELDOR - Print Listing"
 e2e_key shift+Tab Down Down shift+Tab space shift+Tab space shift+Tab space shift+Tab Down shift+Tab Down Down
+sleep 1
 e2e_shot print_listing_changed
 e2e_key Return
 take_job listing_bare
@@ -109,6 +111,7 @@ e2e_probe state >"$ART/plot_state.probe"
 plot_dialog
 grep -q -F "control=Static|1931|Printable area: $(sed -n 's/horzsize=//p' "$ART/metrics.txt") x $(sed -n 's/vertsize=//p' "$ART/metrics.txt") mm" \
   "$ART/last_probe.txt" || e2e_fail "the printable area says: $(grep '^control=Static|1931' "$ART/last_probe.txt")"
+sleep 1
 e2e_shot print_plot_box
 e2e_key Return
 confirm_area
