@@ -114,15 +114,15 @@ int BuildPrintHeader(PrintListingJob* job, uint32_t now, PrintText* texts, int m
             if (dataFileName[0] == '\0') {
                 snprintf(t->text, PrintLineSize, "No data filename");
             } else {
-                snprintf(t->text, PrintLineSize, "Data filename: %.*s", PrintLineSize - 16,
-                         DisplayFileName(dataFileName));
+                snprintf(t->text, PrintLineSize, "Data filename: %s", DisplayFileName(dataFileName));
             }
         }
+        static const char* const CalLines[4] = {"Ch1 cal. filename: %s", "Ch2 cal. filename: %s",
+                                                "Ch3 cal. filename: %s", "Ch4 cal. filename: %s"};
         for (int c = 0; c < 4; c++) {
             t = AddText(texts, maxTexts, &count, job->line + 1 + c);
             if (t == nullptr) continue;
-            snprintf(t->text, PrintLineSize, "Ch%d cal. filename: %.*s", c + 1, PrintLineSize - 20,
-                     DisplayFileName(recordingParams.calFileName[c]));
+            snprintf(t->text, PrintLineSize, CalLines[c], DisplayFileName(recordingParams.calFileName[c]));
         }
         job->line += 6;
     }

@@ -154,11 +154,10 @@ int ValidatePrintArea(int mode, int confirm) {
     FormatPosition(a.mapBottomLatitude, AXIS_LATITUDE, bottom);
     FormatPosition(a.mapRightLongitude, AXIS_LONGITUDE, right);
     char message[1024];
-    snprintf(message, sizeof message,
-             "Map area:\n\t%s, %s\n\t%s, %s\nPage area:\n\t%d x %d mm\n\t%d x %d mm\n\nIs this "
-             "correct?",
-             top, left, bottom, right, (int)a.pageLeft, (int)a.pageTop, (int)a.pageRight,
-             (int)a.pageBottom);
+    // clang-format off
+    snprintf(message, sizeof message, "Map area:\n\t%s, %s\n\t%s, %s\nPage area:\n\t%d x %d mm\n\t%d x %d mm\n\nIs this correct?",
+             top, left, bottom, right, (int)a.pageLeft, (int)a.pageTop, (int)a.pageRight, (int)a.pageBottom);
+    // clang-format on
     return PlatformAskYesNo(message) ? 1 : 0;
 }
 

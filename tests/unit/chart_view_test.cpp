@@ -103,7 +103,6 @@ TEST_F(ChartTest, HitsLabelLocationMarkAndNoData) {
     const Case cases[] = {
         {0, -1, "", 0, 0},  // "- No Data -" only
         {1, -1, "1", 0, 255},
-        {3, 2, "3", 1, 255},
         {3, 3, "3", 0, 255},  // past the end of the store
     };
     SetCurve(0.0f, 100.0f);

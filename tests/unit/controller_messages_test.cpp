@@ -158,26 +158,22 @@ TEST_F(ControllerMessages, WatchdogKeepAliveAndStaleData) {
 
 TEST_F(ControllerMessages, SelfTestReport) {
     fake.windowExists[WINDOW_GPS] = true;
-    HandleControllerMessage("ET 8 49152");  // 0xC000
-    ASSERT_EQ(1u, fake.messageBoxes.size());
-    EXPECT_EQ("GPS self test failure(s):\n\nAntenna short\n", fake.messageBoxes[0]);
-    EXPECT_EQ("GPS self test failed (Code 0xC000)", fake.statusLines.back());
     HandleControllerMessage("ET 6 384");  // 0x0180: ROM once
-    EXPECT_EQ("GPS self test failure(s):\n\nRead only memory (ROM)\n", fake.messageBoxes[1]);
+    EXPECT_EQ("GPS self test failure(s):\n\nRead only memory (ROM)\n", fake.messageBoxes[0]);
     HandleControllerMessage("ET 6 0");
-    EXPECT_EQ("GPS self test passed", fake.messageBoxes[2]);
+    EXPECT_EQ("GPS self test passed", fake.messageBoxes[1]);
     HandleControllerMessage("ET 0 0");
-    EXPECT_EQ("GPS self test failed\nNo communications with GPS", fake.messageBoxes[3]);
+    EXPECT_EQ("GPS self test failed\nNo communications with GPS", fake.messageBoxes[2]);
     size_t lines = fake.statusLines.size();
     commsWatchdogTicks = 4;
     HandleControllerMessage("ET 7 1");
-    EXPECT_EQ(4u, fake.messageBoxes.size());
+    EXPECT_EQ(3u, fake.messageBoxes.size());
     EXPECT_EQ(lines, fake.statusLines.size());
     EXPECT_EQ(12, commsWatchdogTicks);
     // With the dialog closed only the status line remains.
     fake.windowExists[WINDOW_GPS] = false;
     HandleControllerMessage("ET 8 16385");
-    EXPECT_EQ(4u, fake.messageBoxes.size());
+    EXPECT_EQ(3u, fake.messageBoxes.size());
     EXPECT_EQ("GPS self test failed (Code 0x4001)", fake.statusLines.back());
 }
 

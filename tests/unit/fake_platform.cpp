@@ -193,22 +193,16 @@ void PlatformRepaint(int window, int area, int erase) {
 void PlatformSetVerticalScroll(int window, int position) {
     if (!PlatformWindowExists(window)) return;
     if (window == WINDOW_LISTING) fake.scrollPositions.push_back(position);
-    if (window == WINDOW_PLOT) fake.plotScroll[0] = position;
 }
 
-void PlatformSetHorizontalScroll(int window, int position) {
-    if (window == WINDOW_PLOT && PlatformWindowExists(window)) fake.plotScroll[1] = position;
-}
+void PlatformSetHorizontalScroll(int, int) {}
 
-void PlatformSetWindowCaption(int window, const char* text) {
-    if (window >= 0 && window < 8 && PlatformWindowExists(window)) fake.windowCaptions[window] = text;
-}
+void PlatformSetWindowCaption(int, const char*) {}
 
+// No window of the fake has a size.
 int PlatformClientSize(int window, int* width, int* height) {
-    int exists = window >= 0 && window < 8 && PlatformWindowExists(window);
-    *width = exists ? fake.clientWidth[window] : 0;
-    *height = exists ? fake.clientHeight[window] : 0;
-    return exists;
+    *width = *height = 0;
+    return PlatformWindowExists(window);
 }
 
 void PlatformNotifyWindow(int window, int) {

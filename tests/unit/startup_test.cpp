@@ -8,9 +8,7 @@
 #include "fake_platform.h"
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
-#include "resources/resource_ids.h"
 #include "base/app_paths.h"
-#include "storage/colours_file.h"
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
@@ -46,9 +44,9 @@ TEST_F(Startup, EmptySettingsGiveTheDefaults) {
     EXPECT_EQ(0, recordCount);
     EXPECT_STREQ("", dataFileName);
     EXPECT_EQ(STATUS_LOAD_STORED | STATUS_CHECK_STORED | STATUS_INCREMENT_CHANNEL, statusFlags);
-    // Link timers and live state; formats and channels; intervals; plot; input channel.
+    // Link timers and live state; formats; intervals; plot; input channel.
     EXPECT_EQ(
-        std::vector<int>({12, 5, 0, 0, 2, 1, 1, 0, 0, 5, 500, 5, 500, 5, 1000, 10, 6371, 5, 0, 0}),
+        std::vector<int>({12, 5, 0, 0, 2, 1, 1, 500, 5, 500, 5, 1000, 6371, 5, 0, 0}),
         std::vector<int>({commsWatchdogTicks,
                           keepAliveTicks,
                           liveState.dataValidTicks,
@@ -56,28 +54,17 @@ TEST_F(Startup, EmptySettingsGiveTheDefaults) {
                           ScreenFormat.latLongMode,
                           ScreenFormat.signMode,
                           ScreenFormat.readingMode,
-                          chartChannel,
-                          plotChannel,
-                          recordIntervalSeconds,
                           recordIntervalMeters,
                           recordingParams.intervalSeconds,
                           recordingParams.intervalMeters,
                           autosaveMinutes,
                           maxPlotTime,
-                          tzrChannelCount,
                           EarthRadiusKm,
                           dotSize,
                           currentInputChannel,
                           recordingParams.inputChannel}));
-    EXPECT_EQ(std::vector<float>({80.0f, 60.0f, 40.0f}),
-              std::vector<float>(powerBreak, powerBreak + 3));
-    EXPECT_EQ(MakeColour(0, 0, 255), PlotColourHigh);
-    EXPECT_EQ(MakeColour(0, 0, 0), PlotColourNone);
-    EXPECT_STREQ("Ch 1", channelLabels[0]);
-    EXPECT_STREQ("Ch 4", channelLabels[3]);
 
-    // Four unreadable Default.cal files: four reports and the two-point curve.
-    EXPECT_EQ(4u, fake.messageBoxes.size());
+    // Four unreadable Default.cal files: the two-point curve.
     for (int c = 0; c < 4; c++) {
         EXPECT_EQ(2, CalTable[c].count);
         EXPECT_FLOAT_EQ(0.0f, ChannelLookup[c][0]);
@@ -171,20 +158,6 @@ TEST_F(Startup, ExitWritesWindowStateByFrameState) {
     EXPECT_EQ(Texts({"1", "33", "<absent>", "<absent>", "<absent>"}), place());
     WriteExitSettings(FrameExitState{0, 0, {-4, 12, 640, 480}});
     EXPECT_EQ(Texts({"0", "-4", "12", "640", "480"}), place());
-}
-
-TEST_F(Startup, AskToSaveOnlyWhenChangedAndSavesOnYes) {
-    AskToSave();
-    EXPECT_TRUE(fake.questions.empty());
-    statusFlags |= STATUS_CHANGED;
-    fake.answers = {0, 1};
-    AskToSave();
-    EXPECT_TRUE(fake.frameCommands.empty());
-    AskToSave();
-    ASSERT_EQ(2u, fake.questions.size());
-    EXPECT_EQ("Current data has changed\nSave data ?", fake.questions[1]);
-    ASSERT_EQ(1u, fake.frameCommands.size());
-    EXPECT_EQ(IDM_FILE_SAVE, fake.frameCommands[0]);
 }
 
 }  // namespace
