@@ -366,6 +366,17 @@ e2e_client_point() {
   set -- $origin "$2" "$3"
   echo "$(($1 + $3)) $(($2 + $4))"
 }
+# e2e_close_box MESSAGE: Return on the message box "VELDOR" in front, pressed
+# again only while the box is still there (a box that another thread opened
+# may take the keyboard a moment after it shows); fails with MESSAGE.
+e2e_close_box() {
+  local try
+  for try in 1 2 3; do
+    e2e_key Return
+    if e2e_wait -t 3 nowindow=VELDOR; then return 0; fi
+  done
+  e2e_fail "$1"
+}
 # e2e_click CLASS X Y [BUTTON]
 e2e_click() { xdotool mousemove $(e2e_client_point "$1" "$2" "$3") click "${4:-1}"; }
 

@@ -122,8 +122,7 @@ for refusal in "${refusals[@]}"; do
   gps_press "$button"
   gps_box "$message"
   [ "$field" = hour ] && e2e_shot gps_refused
-  e2e_key Return
-  e2e_expect "the box \"$message\" did not close" -t 5 nowindow=VELDOR
+  e2e_close_box "the box \"$message\" did not close"
   gps_fields "$field=$typed"
   gps_close
 done
@@ -179,8 +178,7 @@ e2e_shot gps_reset_question
 e2e_key y
 gps_box 'GPS reset command has been sent.\n\nTo reduce the time to the first position fix, you should now set the latitude & longitude.'
 e2e_wait_status "Set GPS reset command sent" 5 || e2e_fail "no \"Set GPS reset command sent\""
-e2e_key Return
-e2e_expect "the reset note did not close" -t 5 nowindow=VELDOR
+e2e_close_box "the reset note did not close"
 
 gps_press self_test
 gps_box 'Running a self test will cause the GPS to loose track of current satellites which will have to be reaquired before valid position fixes can be made.\n\nDo you want to continue?'
@@ -190,8 +188,7 @@ gps_box 'GPS self test failure(s):\n\nAntenna short\n'
 grep -q -F 'Antenna open circuit' "$ART/last_probe.txt" && e2e_fail "the report lists the open circuit too"
 e2e_wait_status "GPS self test failed (Code 0xC000)" 5 || e2e_fail "no \"GPS self test failed (Code 0xC000)\""
 e2e_shot gps_self_test_report
-e2e_key Return
-e2e_expect "the report did not close" -t 5 nowindow=VELDOR
+e2e_close_box "the report did not close"
 
 want="OT 19 5 60|OD 1 12 2021|LT -45015500|LG -3723250|OI 1|OI 2|OS|"
 e2e_wait_received "$before" 7 5 || true
