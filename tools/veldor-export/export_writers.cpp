@@ -138,6 +138,18 @@ void BuildTables() {
 
 const char* const BandNames[4] = {"High", "Mid", "Low", "None"};
 
+// A record's time as ISO 8601 between open and close; 0, and nothing
+// written, for a record of a file that keeps no times.
+int PutTime(Sink* s, const Record& row, const char* open, const char* close) {
+    if (row.time == 0) return 0;
+    char time[21];
+    IsoTime(row.time, time);
+    Put(s, open);
+    Put(s, time, 20);
+    Put(s, close);
+    return 1;
+}
+
 void PutValue(Sink* s, const Record& row, int c) {
     Put(s, tables.valueText[c][row.ch[c]]);
 }
@@ -155,11 +167,7 @@ void WriteCsv(Sink* s) {
         const Record& row = recordStore.rows[i];
         PutInt(s, i + 1);
         Put(s, ",", 1);
-        if (row.time != 0) {
-            char time[21];
-            IsoTime(row.time, time);
-            Put(s, time, 20);
-        }
+        PutTime(s, row, "", "");
         Put(s, ",", 1);
         PutDegrees(s, row.latitude);
         Put(s, ",", 1);
@@ -204,15 +212,7 @@ void WriteGeoJson(Sink* s, const char* surveyName) {
         PutDegrees(s, row.latitude);
         Put(s, "]},\"properties\":{\"index\":");
         PutInt(s, i + 1);
-        if (row.time != 0) {
-            char time[21];
-            IsoTime(row.time, time);
-            Put(s, ",\"time\":\"");
-            Put(s, time, 20);
-            Put(s, "\"");
-        } else {
-            Put(s, ",\"time\":null");
-        }
+        if (!PutTime(s, row, ",\"time\":\"", "\"")) Put(s, ",\"time\":null");
         for (int c = 0; c < 4; c++) {
             char name[24];
             snprintf(name, sizeof name, ",\"ch%d_raw\":", c + 1);
@@ -264,13 +264,7 @@ void PutKmlRecord(Sink* s, int32_t i, int band) {
     Put(s, "</name><styleUrl>#band");
     PutInt(s, band);
     Put(s, "</styleUrl>");
-    if (row.time != 0) {
-        char time[21];
-        IsoTime(row.time, time);
-        Put(s, "<TimeStamp><when>");
-        Put(s, time, 20);
-        Put(s, "</when></TimeStamp>");
-    }
+    PutTime(s, row, "<TimeStamp><when>", "</when></TimeStamp>");
     Put(s, "<ExtendedData>");
     for (int c = 0; c < 4; c++) {
         char name[16], raw[8];
@@ -391,13 +385,7 @@ void PutGpxPosition(Sink* s, const char* element, const Record& row) {
     Put(s, "\" lon=\"");
     PutDegrees(s, row.longitude);
     Put(s, "\">");
-    if (row.time != 0) {
-        char time[21];
-        IsoTime(row.time, time);
-        Put(s, "<time>");
-        Put(s, time, 20);
-        Put(s, "</time>");
-    }
+    PutTime(s, row, "<time>", "</time>");
 }
 
 void WriteGpx(Sink* s, const char* surveyName) {
