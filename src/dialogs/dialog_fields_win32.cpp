@@ -56,6 +56,16 @@ void DialogSpin(HWND dialog, int editId, int delta, int low, int high) {
     SetDlgItemTextA(dialog, editId, out);
 }
 
+int DialogCancelOrHelp(HWND dialog, int id, int helpId) {
+    if (id == IDCANCEL)
+        EndDialog(dialog, 0);
+    else if (id == helpId)
+        RunHelpAction();
+    else
+        return 0;
+    return 1;
+}
+
 INT_PTR RunDialogBox(HWND owner, const char* name, DLGPROC proc) {
     INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS};
     InitCommonControlsEx(&controls);

@@ -15,6 +15,10 @@ void DialogRead(HWND dialog, const DialogField* fields, int count, void* values)
 // low..high and writes it back.
 void DialogSpin(HWND dialog, int editId, int delta, int low, int high);
 
+// Cancel (also Escape and the close box) ends a dialog with 0, and its Help
+// button, helpId, opens the help document. 1 when id was one of the two.
+int DialogCancelOrHelp(HWND dialog, int id, int helpId);
+
 // Runs one of the program's modal dialogs, whose template may hold spin
 // controls; the result is EndDialog's.
 INT_PTR RunDialogBox(HWND owner, const char* name, DLGPROC proc);

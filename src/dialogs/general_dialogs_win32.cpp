@@ -46,10 +46,7 @@ const DialogField PrefFields[] = {
 
 // Cancel, Escape and the close box end with 0; Help opens the help document.
 int OnOtherButton(HWND box, int id) {
-    if (id == IDCANCEL)
-        EndDialog(box, 0);
-    else if (id == IDC_GENERAL_HELP)
-        RunHelpAction();
+    DialogCancelOrHelp(box, id, IDC_GENERAL_HELP);
     return TRUE;
 }
 

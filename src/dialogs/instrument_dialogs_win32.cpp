@@ -29,11 +29,7 @@ void ReadList(HWND box, int id, char* text, int size) {
 
 // Help, OK and Cancel of every one of the four; returns 1 when handled.
 int OnCommonButton(HWND box, int id) {
-    switch (id) {
-    case IDC_INSTR_HELP: RunHelpAction(); return 1;
-    case IDCANCEL: EndDialog(box, 0); return 1;
-    default: return 0;
-    }
+    return DialogCancelOrHelp(box, id, IDC_INSTR_HELP);
 }
 
 // ---- PortsBox -------------------------------------------------------------------------------

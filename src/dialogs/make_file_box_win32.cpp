@@ -66,14 +66,8 @@ static INT_PTR CALLBACK MakeFileBoxProc(HWND dialog, UINT message, WPARAM wParam
                 case IDOK:
                     OnOk(dialog);
                     return TRUE;
-                case IDCANCEL:
-                    EndDialog(dialog, 0);
-                    return TRUE;
-                case IDHELP:
-                    RunHelpAction();
-                    return TRUE;
                 default:
-                    return FALSE;
+                    return DialogCancelOrHelp(dialog, LOWORD(wParam), IDHELP);
             }
         default:
             return FALSE;

@@ -83,9 +83,7 @@ static INT_PTR CALLBACK ManualReadingBoxProc(HWND dialog, UINT message, WPARAM w
     case WM_COMMAND:
         switch (LOWORD(wParam)) {
         case IDOK: OnManualOk(dialog); return TRUE;
-        case IDCANCEL: EndDialog(dialog, 0); return TRUE;
-        case IDC_MANUAL_HELP: RunHelpAction(); return TRUE;
-        default: return FALSE;
+        default: return DialogCancelOrHelp(dialog, LOWORD(wParam), IDC_MANUAL_HELP);
         }
     default: return FALSE;
     }

@@ -110,12 +110,10 @@ INT_PTR StartOnOk(HWND box) {
 
 // Cancel and the close box end a print dialog with 0; Help opens the manual.
 INT_PTR OnOtherButton(HWND box, int id) {
-    if (id == IDCANCEL)
-        EndDialog(box, 0);
-    else if (id == IDC_PRINT_SELECT)
+    if (id == IDC_PRINT_SELECT)
         OnSelectPrinter(box);
-    else if (id == IDC_PRINT_HELP)
-        RunHelpAction();
+    else
+        DialogCancelOrHelp(box, id, IDC_PRINT_HELP);
     return TRUE;
 }
 
