@@ -21,57 +21,13 @@ lie within the run and never go back.
 Prints a summary; exits 1 with the reasons when a check fails.
 """
 import argparse
-import struct
+import os
 import sys
 
-MAGIC = b"[VELDOR - data file v1.4]\x00"
-HEADER = struct.Struct("<IiiBH")  # start, seconds, metres, distance mode, input channel
-RECORD = struct.Struct("<BB4BiiI")
-FLAG_GPS_FIX, FLAG_HAS_CHANNEL, FLAG_LIVE, FLAG_GPS_DIFF = 0x04, 0x08, 0x10, 0x20
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+from veldor_dat import FLAG_GPS_DIFF, FLAG_GPS_FIX, FLAG_HAS_CHANNEL, FLAG_LIVE, gauge, read  # noqa: E402
+
 SPOILING = {"bad-check", "garbage"}
-
-
-def f32(x):
-    return struct.unpack("<f", struct.pack("<f", x))[0]
-
-
-def gauge(count):
-    """The store gauge of the status bar for a record count."""
-    if count <= 0:
-        return "0 %"
-    return "%.2f %%" % f32(f32(f32(count) / 16000.0) * 100.0)
-
-
-def text(field):
-    return field.split(b"\x00", 1)[0].decode("latin-1")
-
-
-def read_dat(path):
-    data = open(path, "rb").read()
-    problems = []
-    if data[:26] != MAGIC:
-        raise SystemExit(f"FAIL: {path}: magic is {data[:26]!r}")
-    start, seconds, metres, distance, input_channel = HEADER.unpack_from(data, 26)
-    names = [text(data[41 + 260 * i:41 + 260 * (i + 1)]) for i in range(4)]
-    labels = [text(data[1081 + 32 * i:1081 + 32 * (i + 1)]) for i in range(4)]
-    (count,) = struct.unpack_from("<i", data, 1209)
-    records = []
-    at = 1213
-    for _ in range(max(count, 0)):
-        flags, acc, c1, c2, c3, c4, lat, lon, time = RECORD.unpack_from(data, at)
-        records.append(dict(flags=flags, acc=acc, ch=(c1, c2, c3, c4), lat=lat, lon=lon, time=time))
-        at += RECORD.size
-    (tags,) = struct.unpack_from("<i", data, at)
-    at += 4 + 55 * max(tags, 0)
-    trailer = data[at:at + 6]
-    if trailer != b"[End]\x00":
-        problems.append(f"trailer is {trailer!r}")
-    expected = 1223 + 18 * count + 55 * tags
-    if len(data) != expected:
-        problems.append(f"length {len(data)}, a sound file of {count} records and {tags} tags has {expected}")
-    header = dict(start=start, seconds=seconds, metres=metres, distance=distance,
-                  input_channel=input_channel, names=names, labels=labels, tags=tags)
-    return header, records, problems
 
 
 def read_samples(log_path, sent_path):
@@ -120,22 +76,21 @@ def read_samples(log_path, sent_path):
 
 
 def check(args):
-    header, records, problems = read_dat(args.dat)
+    h = read(args.dat)
+    records, problems = h.records, list(h.problems)
     samples, silence = read_samples(args.log, args.sent)
-    h = header
-    if h["seconds"] != args.interval:
-        problems.append(f"interval seconds {h['seconds']}, expected {args.interval}")
-    if h["metres"] != 500 or h["distance"] != 0 or h["input_channel"] != 0:
-        problems.append(f"header metres {h['metres']}, distance mode {h['distance']}, "
-                        f"input channel {h['input_channel']}")
-    if h["names"] != [args.cal_name] * 4:
-        problems.append(f"calibration names {h['names']}")
-    if h["labels"] != ["Ch 1", "Ch 2", "Ch 3", "Ch 4"]:
-        problems.append(f"labels {h['labels']}")
-    if h["tags"] != 0:
-        problems.append(f"{h['tags']} tags")
-    if not args.since <= h["start"] <= args.until:
-        problems.append(f"start time {h['start']} not within the run {args.since}..{args.until}")
+    if h.seconds != args.interval:
+        problems.append(f"interval seconds {h.seconds}, expected {args.interval}")
+    if h.metres != 500 or h.distance != 0 or h.input_channel != 0:
+        problems.append(f"header metres {h.metres}, distance mode {h.distance}, input channel {h.input_channel}")
+    if h.names != [args.cal_name] * 4:
+        problems.append(f"calibration names {h.names}")
+    if h.labels != ["Ch 1", "Ch 2", "Ch 3", "Ch 4"]:
+        problems.append(f"labels {h.labels}")
+    if h.tags:
+        problems.append(f"{len(h.tags)} tags")
+    if not args.since <= h.start <= args.until:
+        problems.append(f"start time {h.start} not within the run {args.since}..{args.until}")
     if len(records) < args.min_records:
         problems.append(f"{len(records)} records, at least {args.min_records} expected")
     if args.shown is not None and gauge(len(records)) != args.shown:
@@ -152,15 +107,15 @@ def check(args):
     for n, r in enumerate(records, 1):
         # Records taken before the first position arrived hold the values
         # of a start with no data: zeros, not live, no channel.
-        if not positions and (r["lat"], r["lon"], r["ch"]) == (0, 0, (0, 0, 0, 0)):
-            if r["flags"] & (FLAG_LIVE | FLAG_HAS_CHANNEL | FLAG_GPS_DIFF | 0xC3):
+        if not positions and (r.lat, r.lon, r.ch) == (0, 0, (0, 0, 0, 0)):
+            if r.flags & (FLAG_LIVE | FLAG_HAS_CHANNEL | FLAG_GPS_DIFF | 0xC3):
                 problems.append(f"record {n}: flags 0x{r['flags']:02X} before any data")
             before_data += 1
             continue
-        while p < len(samples) and (samples[p]["lat"], samples[p]["lon"]) != (r["lat"], r["lon"]):
+        while p < len(samples) and (samples[p]["lat"], samples[p]["lon"]) != (r.lat, r.lon):
             p += 1
-        acc = r["acc"] if r["flags"] & FLAG_HAS_CHANNEL else 0
-        while q < len(samples) and (samples[q]["ch"], samples[q]["acc"]) != (r["ch"], acc):
+        acc = r.acc if r.flags & FLAG_HAS_CHANNEL else 0
+        while q < len(samples) and (samples[q]["ch"], samples[q]["acc"]) != (r.ch, acc):
             q += 1
         if p == len(samples):
             problems.append(f"record {n}: position {r['lat']} {r['lon']} was not sent (in this order)")
@@ -179,23 +134,23 @@ def check(args):
             problems.append(f"record {n}: position of sample {p + 1} with the readings of sample {q + 1}")
         positions.append(p)
         readings.append(q)
-        if r["flags"] & 0xC3:
+        if r.flags & 0xC3:
             problems.append(f"record {n}: flags 0x{r['flags']:02X} have bits no record gets")
-        if not r["flags"] & FLAG_GPS_FIX or r["flags"] & FLAG_GPS_DIFF:
+        if not r.flags & FLAG_GPS_FIX or r.flags & FLAG_GPS_DIFF:
             problems.append(f"record {n}: flags 0x{r['flags']:02X}, the GPS gave fixes without correction")
-        if (r["flags"] & FLAG_HAS_CHANNEL) != (FLAG_HAS_CHANNEL if samples[q]["acc"] else 0):
+        if (r.flags & FLAG_HAS_CHANNEL) != (FLAG_HAS_CHANNEL if samples[q]["acc"] else 0):
             problems.append(f"record {n}: channel flag does not follow the channel sent")
-        if not r["flags"] & FLAG_LIVE:
+        if not r.flags & FLAG_LIVE:
             stale += 1
             # Not live only in the silence, with the last position that
             # came through before it.
             if silent_position is None or p != silent_position:
                 problems.append(f"record {n}: not live, and no silence explains it")
-        if not args.since <= r["time"] <= args.until:
+        if not args.since <= r.time <= args.until:
             problems.append(f"record {n}: time {r['time']} not within the run")
-        if n > 1 and r["time"] < records[n - 2]["time"]:
+        if n > 1 and r.time < records[n - 2].time:
             problems.append(f"record {n}: time goes back")
-        if n == 1 and r["time"] < h["start"]:
+        if n == 1 and r.time < h.start:
             problems.append("the first record is older than the start of the recording")
     if args.expect_stale and stale == 0:
         problems.append("no record marked not live although the controller was silent")
@@ -230,7 +185,7 @@ def check(args):
 def main():
     if len(sys.argv) == 3 and sys.argv[1] == "--gauge":
         # The store gauge that the file's record count shows.
-        print(gauge(len(read_dat(sys.argv[2])[1])))
+        print(gauge(len(read(sys.argv[2]).records)))
         return
     parser = argparse.ArgumentParser()
     parser.add_argument("dat")

@@ -393,7 +393,7 @@ e2e_click() { xdotool mousemove $(e2e_client_point "$1" "$2" "$3") click "${4:-1
 e2e_check() {
   local log="$ART/$1"
   shift
-  PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 "$@" >>"$log" 2>&1 ||
+  PYTHONPATH="$E2E_ROOT_DIR/tests/e2e:$E2E_ROOT_DIR/tests" python3 "$@" >>"$log" 2>&1 ||
     { tail -3 "$log"; e2e_fail "$(basename "$1") ${2:-}: $(tail -1 "$log")"; }
 }
 # e2e_open_dialog MENU KEYS TITLE STATUS [CONDITION...]: MENU opens a menu

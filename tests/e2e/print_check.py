@@ -17,29 +17,10 @@ program.
 """
 import datetime
 import re
-import struct
 import sys
 
-from views_survey import BAND_RGB, band, client, fact, value
-
-HEADER = 26 + 4 + 4 + 4 + 1 + 2
-
-
-def f32(v):
-    return struct.unpack("<f", struct.pack("<f", v))[0]
-
-
-def read_survey(path):
-    b = open(path, "rb").read()
-    start = struct.unpack_from("<I", b, 26)[0]
-    names = [b[HEADER + 260 * i:HEADER + 260 * (i + 1)].split(b"\0")[0].decode() for i in range(4)]
-    at = HEADER + 4 * 260 + 4 * 32
-    count = struct.unpack_from("<i", b, at)[0]
-    rows = []
-    for k in range(count):
-        flags, chan, c0, c1, c2, c3, lat, lon, _ = struct.unpack_from("<BB4BiiI", b, at + 4 + 18 * k)
-        rows.append((flags, chan, (c0, c1, c2, c3), lat, lon))
-    return start, names, rows
+from views_survey import BAND_RGB, band, client, fact, read
+from veldor_dat import position, reading
 
 
 def metrics(path):
@@ -48,21 +29,12 @@ def metrics(path):
 
 # ---- Listing --------------------------------------------------------------------------------------
 
-def position(ms, axis, fmt):
-    m = abs(ms)
-    if fmt == "DEG":
-        return "%.7f %s" % (f32(f32(m) / 3600000.0), ("SN" if axis == 0 else "WE")[ms >= 0])
-    deg, rem = divmod(m, 3600000)
-    minute, sec = divmod(rem, 60000)
-    return "%s%d %d %.3f" % ("-" if ms < 0 else "+", deg, minute, f32(f32(sec) / 1000.0))
-
-
-def record_line(row, fmt):
-    flags, chan, ch, lat, lon = row
-    words = [position(lat, 0, fmt), position(lon, 1, fmt)]
-    words += ["%.1f" % f32(value(r)) if fmt == "DEG" else "%d" % r for r in ch]
-    if flags & 0x08:
-        words.append("%d" % chan)
+def record_line(r, fmt):
+    """DEG: degrees with N/S and E/W, calibrated readings; else signed
+    degrees minutes seconds and raw readings."""
+    latlong, sign, decimals = (1, 1, 1) if fmt == "DEG" else (3, 2, -1)
+    words = [position(r.lat, "lat", latlong, sign), position(r.lon, "lon", latlong, sign)]
+    words += [reading(c, decimals) for c in r.ch] + (["%d" % r.acc] if r.flags & 0x08 else [])
     return " ".join(words)
 
 
@@ -71,7 +43,8 @@ def date_text(t):
 
 
 def check_listing(dat, met, pages, fmt, header):
-    start, names, rows = read_survey(dat)
+    s = read(dat)
+    start, names, rows = s.start, s.names, s.records
     per_page = met["vertres"] // met["lineheight"] - 1
     want = [["VELDOR Listing"]]
     first = 5
@@ -120,12 +93,12 @@ def placement(rows, met, mode, probe):
     else:
         page = [0, 0, width // 10, height // 10]
         if mode == "entire":
-            lats, lons = [r[3] for r in rows], [r[4] for r in rows]
+            lats, lons = [r.lat for r in rows], [r.lon for r in rows]
             top, bottom, left, right = max(lats), min(lats), min(lons), max(lons)
         else:
             _, _, w, h = client(probe, "Veldor_Plot")
             l, t, r, b = 1, 34, w - 1, h - 1  # the plot area under the button strip
-            lats, lons = [r[3] for r in rows], [r[4] for r in rows]
+            lats, lons = [r.lat for r in rows], [r.lon for r in rows]
             dlat, dlon = max(lats) - min(lats), max(lons) - min(lons)
             clat, clon = min(lats) + dlat // 2, min(lons) + dlon // 2
             m = max(dlat // (b - t), dlon // (r - l))
@@ -145,14 +118,14 @@ def placement(rows, met, mode, probe):
 
 
 def check_plot(dat, met, ppm, mode, probe):
-    _, _, rows = read_survey(dat)
+    rows = read(dat).records
     (top, left, bottom, right), (pl, pt, pr, pb), lat_s, lon_s, height = placement(rows, met, mode, probe)
     data = re.sub(rb"#[^\n]*\n", b"", open(ppm, "rb").read(), count=1)
     _, w, h, _, px = data.split(maxsplit=4)
     w, h = int(w), int(h)
     at = lambda x, y: tuple(px[(y * w + x) * 3:(y * w + x) * 3 + 3])
     allowed, dots = set(), 0
-    for i, (_, _, ch, lat, lon) in enumerate(rows):
+    for i, (_, _, ch, lat, lon, _) in enumerate(rows):
         if not (left <= lon <= right and bottom <= lat <= top):
             continue
         x, y = pl + tdiv(lon - left, lon_s), pb + tdiv(lat - bottom, lat_s)

@@ -39,15 +39,11 @@ cat >"$CHECK" <<'PY'
 import struct
 import sys
 
-from views_survey import Shot, f32, fact, read_survey
+from views_survey import Shot, fact
+from veldor_dat import f32, read, value as curve
 
 MAGIC = b"[VELDOR - cal file v1.0]\0"
 RED, BLUE, BLACK = (192, 0, 0), (0, 0, 128), (0, 0, 0)
-
-
-def curve(raw, top):
-    """The lookup of the points (0, 0.0) and (255, top), one rounding a step."""
-    return top if raw == 255 else f32(f32(f32(float(raw)) / 255.0) * top)
 
 
 def recent(log, n):
@@ -85,7 +81,7 @@ def live(shot, log, n):
 
 
 def listing(dat, txt):
-    rows = [r[2] for r in read_survey(dat)[0]]
+    rows = [r.ch for r in read(dat).records]
     count = len(rows)
     lines = open(txt, "rb").read().decode("latin-1").split("\r\n")[4:]
     lines = [l for l in lines if l]

@@ -31,14 +31,15 @@ import re
 import sys
 import time
 
-from views_survey import f32, fact, read_survey as read
+from views_survey import fact
+from veldor_dat import f32, position, read as read_file, reading, value
 
 LAT_LIMIT, LON_LIMIT, READING_LIMIT = 185414000, -3594000, "50.2"
 
 
-def value(raw):
-    """The default curve (0, 0.0) to (255, 100.0), one rounding a step."""
-    return 100.0 if raw == 255 else f32(f32(raw / 255.0) * 100.0)
+def read(path):
+    survey = read_file(path)
+    return survey.records, survey.tags
 
 
 def by_reading(row):
@@ -67,32 +68,6 @@ def filtered(orig, saved, last):
     fact(0 < len(rows) < 300 and tags, f"{len(rows)} records and {len(tags)} tags must remain")
     fact(got_rows == rows, f"{len(got_rows)} records saved, {len(rows)} expected")
     fact(got_tags == tags, f"tags {got_tags}, expected {tags}")
-
-
-def position(v, axis, latlong, sign):
-    m, out = abs(v), ""
-    if sign == 2 and latlong != 4:
-        out += "-" if v < 0 else "+"
-    deg, rem = divmod(m, 3600000)
-    if latlong == 2:
-        out += "%d %.5f" % (deg, f32(rem / 60000.0))
-    elif latlong == 3:
-        minutes, rem2 = divmod(rem, 60000)
-        out += "%d %d %.3f" % (deg, minutes, f32(rem2 / 1000.0))
-    elif latlong == 4:
-        out += "%d" % (v if sign == 2 else m)
-    else:
-        out += "%.7f" % f32(f32(float(m)) / 3600000.0)
-    if sign != 2:
-        out += (" S" if v < 0 else " N") if axis == "lat" else (" W" if v < 0 else " E")
-    return out
-
-
-def reading(raw, decimals):
-    if decimals == -1:
-        return "%d" % raw
-    v = value(raw)
-    return {0: "%d" % int(v), 1: "%.1f" % v, 3: "%.3f" % v}[decimals]
 
 
 def listing(dat, txt, latlong, sign, decimals, separator):

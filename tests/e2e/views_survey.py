@@ -26,76 +26,21 @@ reports and the arithmetic the operator's manual gives; nothing is read from
 the program but its pixels.
 """
 import os
-import struct
 import subprocess
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "datafiles"))
-import make_data_files as dat  # noqa: E402
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+from veldor_dat import TAGGED, band, make, read, value  # noqa: E402,F401  (the scenarios take them from here)
 
-BASE_LAT, BASE_LON, STEP = 185400000, -3600000, 2000
-BAND_RAW = [230, 180, 128, 60]            # High, Mid, Low, None on the default curve
 BAND_RGB = [(0, 0, 255), (0, 255, 0), (255, 0, 0), (0, 0, 0)]
-GPS_FLAGS = [0x10, 0x14, 0x34, 0x04]      # no fix, fix, fix + differential, fix not live
 GPS_RGB = {0x10: (128, 0, 0), 0x14: (0, 128, 0), 0x34: (0, 0, 128), 0x04: (0, 128, 0)}
-TAGGED = [0, 5, 47, 150, 299]
 MARK_RGB = (192, 0, 0)                    # the dotted cross hair and chart mark, 0x000000C0
 CURVE_RGB = (0, 0, 192)                   # the chart curve, 0x00C00000
 
 
-def survey(count=300):
-    rows = []
-    for i in range(count):
-        row, col = divmod(i, 20)
-        if row % 2:
-            col = 19 - col
-        ch = [BAND_RAW[col // 5] + row % 3, BAND_RAW[row % 4], BAND_RAW[(row + col) % 4], 100 + i % 50]
-        flags = GPS_FLAGS[i % 4] | (0x08 if i % 10 == 0 else 0)
-        rows.append((flags, i % 7 if flags & 0x08 else 0, tuple(ch), BASE_LAT + row * STEP,
-                     BASE_LON + col * STEP, 1700000000 + 2 * i))
-    return rows
-
-
-def make(path, count=300):
-    rows = survey(count)
-    tags = [(i, b"Tag at record %d" % (i + 1)) for i in TAGGED]
-    data = (dat.header(4, 1700000000, seconds=2, names=[b"Default.cal"] * 4,
-                       labels=[b"North", b"East", b"South", b"West"])
-            + dat.records(4, rows) + dat.tags(tags) + dat.TRAILER)
-    with open(path, "wb") as f:
-        f.write(data)
-
-
-def f32(x):
-    return struct.unpack("<f", struct.pack("<f", x))[0]
-
-
-def read_survey(path):
-    """The records (flags, channel, ch, lat, lon, time) and the tags (record,
-    text) of a v1.4 file."""
-    b = open(path, "rb").read()
-    at = 26 + 4 + 4 + 4 + 1 + 2 + 4 * 260 + 4 * 32
-    count = struct.unpack_from("<i", b, at)[0]
-    rows = [struct.unpack_from("<BB4BiiI", b, at + 4 + 18 * i) for i in range(count)]
-    rows = [(r[0], r[1], r[2:6], r[6], r[7], r[8]) for r in rows]
-    at += 4 + 18 * count
-    tags = [struct.unpack_from("<i51s", b, at + 4 + 55 * k) for k in range(struct.unpack_from("<i", b, at)[0])]
-    return rows, [(r, t.split(b"\0")[0].decode("latin-1")) for r, t in tags]
-
-
 def read_records(path):
     """(flags, ch, lat, lon) of each record of a v1.4 file."""
-    return [(f, ch, lat, lon) for f, _, ch, lat, lon, _ in read_survey(path)[0]]
-
-
-def value(raw):
-    """The default curve (0, 0.0)-(255, 100.0)."""
-    return raw * 100.0 / 255.0
-
-
-def band(raw):
-    v = value(raw)
-    return 0 if v > 80 else 1 if v > 60 else 2 if v > 40 else 3
+    return [(r.flags, r.ch, r.lat, r.lon) for r in read(path).records]
 
 
 def trunc_div(a, b):
@@ -221,7 +166,7 @@ def check_deleted(path, saved, index):
     before, after = read_records(path), read_records(saved)
     fact(after == before[:index] + before[index + 1:], f"{len(after)} records: record {index + 1} gone")
     want = [t - (t > index) for t in TAGGED if t != index]
-    fact([r for r, _ in read_survey(saved)[1]] == want, f"tags on {want}")
+    fact([r for r, _ in read(saved).tags] == want, f"tags on {want}")
 
 
 def check_suspended(shot, probe, suspended):
@@ -287,7 +232,7 @@ def main(argv):
     elif cmd == "suspended":
         check_suspended(pos[0], pos[1], int(pos[2]))
     elif cmd == "tags":  # the tags of DAT, "RECORD:TEXT" a line
-        print("".join("%d:%s\n" % t for t in read_survey(pos[0])[1]), end="")
+        print("".join("%d:%s\n" % t for t in read(pos[0]).tags), end="")
     elif cmd == "chart":
         mark = int(opt["--mark"]) if "--mark" in opt else None
         check_chart(pos[0], pos[1], pos[2], int(opt["--channel"]), mark)

@@ -8,7 +8,11 @@ The contents are what tests/unit/data_file_test.cpp expects: change both
 together.
 """
 import os
-import struct
+import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+from veldor_dat import TRAILER, magic, records, tags  # noqa: E402
+import veldor_dat as dat  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -25,57 +29,8 @@ RECORDS = [
 TAGS = [(0, b"Start of run"), (3, b"x" * 50), (-1, b"points at no record")]
 
 
-def magic(version):
-    return ("[VELDOR - data file v1.%d]" % version).encode() + b"\0"
-
-
-def text(value, size, junk=b""):
-    """A NUL-terminated text in a field of size bytes, padded with junk (the
-    writer's old buffer contents) or zeros."""
-    assert len(value) < size
-    pad = (junk * size)[: size - len(value) - 1] if junk else b"\0" * (size - len(value) - 1)
-    return value + b"\0" + pad
-
-
-def header(version, start, seconds=5, meters=500, distance=0, input_channel=0,
-           names=NAMES, labels=LABELS, junk=b""):
-    out = magic(version) + struct.pack("<I", start)
-    if version == 1:
-        out += struct.pack("<iH", seconds, input_channel)
-    elif version >= 2:
-        out += struct.pack("<iiBH", seconds, meters, distance, input_channel)
-    for name in names:
-        out += name if len(name) == 260 else text(name, 260, junk)
-    if version == 4:
-        for label in labels:
-            out += label if len(label) == 32 else text(label, 32, junk)
-    return out
-
-
-def record(version, r):
-    flags, channel, ch, lat, lon, time = r
-    out = struct.pack("<BB4Bii", flags, channel, *ch, lat, lon)
-    if version >= 3:
-        out += struct.pack("<I", time)
-    return out
-
-
-def records(version, rows, count=None):
-    out = struct.pack("<i", len(rows) if count is None else count)
-    for r in rows:
-        out += record(version, r)
-    return out
-
-
-def tags(rows, count_field=None, junk=b""):
-    out = struct.pack("<i", len(rows)) if count_field is None else struct.pack("<I", count_field)
-    for index, value in rows:
-        out += struct.pack("<i", index)
-        out += value if len(value) == 51 else text(value, 51, junk)
-    return out
-
-
-TRAILER = b"[End]\0"
+def header(version, start, names=NAMES, labels=LABELS, **fields):
+    return dat.header(version, start, names=names, labels=labels, **fields)
 
 
 def write(name, data):
