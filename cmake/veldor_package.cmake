@@ -1,7 +1,8 @@
 # The release of the Windows program: the operator's manual VELDOR_v2.pdf,
-# built from docs/manual with pandoc and WeasyPrint, and the ZIP package that
-# CPack makes of the program's folder (`cpack` in the build folder):
-# veldor-<version>-win32.zip from the i686 build, -win64 from the x86_64 one.
+# built from docs/manual with pandoc and WeasyPrint, and what CPack makes of
+# the program's folder (`cpack` in the build folder): the ZIP package
+# veldor-<version>-win32.zip from the i686 build (-win64 from the x86_64 one)
+# and, from the i686 build, the setup program veldor-<version>-setup.exe.
 
 # ---- The operator's manual -----------------------------------------------------------
 set(VELDOR_MANUAL_DIR ${CMAKE_SOURCE_DIR}/docs/manual)
@@ -37,8 +38,10 @@ endif()
 # Colours.txt beside veldor.exe, the manual and the licence for the Help menu.
 install(TARGETS veldor RUNTIME DESTINATION .)
 install(FILES ${CMAKE_SOURCE_DIR}/tests/data/cal/default_curve.cal DESTINATION . RENAME Default.cal)
+# Sample.DAT is a survey to open on the first start, recorded by
+# scripts/make-sample-survey.sh.
 install(FILES ${CMAKE_SOURCE_DIR}/docs/package/Colours.txt ${CMAKE_SOURCE_DIR}/docs/package/EULA.rtf
-  ${CMAKE_SOURCE_DIR}/docs/package/README.txt DESTINATION .)
+  ${CMAKE_SOURCE_DIR}/docs/package/README.txt ${CMAKE_SOURCE_DIR}/docs/package/Sample.DAT DESTINATION .)
 if(TARGET veldor_manual)
   install(FILES ${VELDOR_MANUAL} DESTINATION .)
 endif()
@@ -51,12 +54,18 @@ function(veldor_package_export_tool)
 endfunction()
 cmake_language(DEFER DIRECTORY ${CMAKE_SOURCE_DIR} CALL veldor_package_export_tool)
 
+set(CPACK_GENERATOR ZIP)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   set(VELDOR_PACKAGE_SYSTEM win32)
+  find_program(VELDOR_MAKENSIS makensis)
+  if(VELDOR_MAKENSIS)
+    list(APPEND CPACK_GENERATOR NSIS)
+  else()
+    message(WARNING "makensis not found: no setup program (scripts/install-deps.sh installs nsis)")
+  endif()
 else()
   set(VELDOR_PACKAGE_SYSTEM win64)
 endif()
-set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_NAME veldor)
 set(CPACK_PACKAGE_VENDOR "Trevan Instruments")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -66,4 +75,29 @@ set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_SOURCE_DIR}/docs/package/EULA.rtf)
 set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR})
+
+# The setup program: welcome, the licence, the folder (Program Files\VELDOR),
+# the Start-menu folder; then the files, a Start-menu folder with VELDOR,
+# the manual, the licence and the uninstaller, and the entry of Add/Remove
+# Programs. Uninstalling removes what was installed and nothing else: the
+# settings in the common application data folder and the operator's
+# surveys stay. A VELDOR already installed is uninstalled first.
+set(CPACK_PACKAGE_INSTALL_DIRECTORY VELDOR)
+set(CPACK_PACKAGE_INSTALL_REGISTRY_KEY VELDOR)
+set(CPACK_NSIS_PACKAGE_NAME VELDOR)
+set(CPACK_NSIS_DISPLAY_NAME "VELDOR ${PROJECT_VERSION}")
+set(CPACK_PACKAGE_EXECUTABLES veldor VELDOR)
+set(CPACK_NSIS_EXECUTABLES_DIRECTORY .)
+set(CPACK_NSIS_INSTALLED_ICON_NAME veldor.exe)
+set(CPACK_NSIS_MUI_ICON ${VELDOR_IMAGE_DIR}/veldor_frame.ico)
+set(CPACK_NSIS_MUI_UNIICON ${VELDOR_IMAGE_DIR}/veldor_frame.ico)
+set(CPACK_NSIS_MENU_LINKS)
+if(TARGET veldor_manual)
+  list(APPEND CPACK_NSIS_MENU_LINKS VELDOR_v2.pdf "Operator's Manual")
+endif()
+list(APPEND CPACK_NSIS_MENU_LINKS EULA.rtf Licence)
+set(CPACK_NSIS_MUI_FINISHPAGE_RUN veldor.exe)
+set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
+# The setup's own file name and its flat folder, read by cpack per generator.
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_SOURCE_DIR}/cmake/veldor_cpack_generator.cmake)
 include(CPack)

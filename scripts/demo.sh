@@ -1,25 +1,28 @@
 #!/usr/bin/env bash
 # Builds what is missing and runs veldor.exe under Wine against the
 # simulated controller, which is linked as COM1 of the Wine prefix in the
-# build folder.
+# build folder. The controller drives the route of the sample survey
+# (docs/package/Sample.DAT, made by scripts/make-sample-survey.sh) again.
 #
-# With a display: the program opens on it; use it as you like (F1 starts
-# recording, F2 stops it, File > Save As writes a .DAT file); the script
-# ends when the program does.
+# With a display: the program opens on it; use it as you like (File > Open
+# build/demo/Sample.DAT shows the sample, F1 starts recording, F2 stops it,
+# File > Save As writes a .DAT file); the script ends when the program does.
 #
 # Without one (or with VELDOR_HEADLESS=1): the program runs on a virtual
-# display for a short survey, driven by keys and menus as an operator would:
-# the four child windows tiled, F1 at one record a second, about
-# VELDOR_DEMO_SECONDS (10) seconds of samples, F2, File > Save As through the
-# file dialog, File > Exit. It leaves screenshots, the .DAT file and the logs
-# in build/demo/ and prints where they are.
+# display, driven by keys and menus as an operator would: the frame
+# maximised with the Listing, the Chart and the Plot side by side, File >
+# Open of the sample survey, F1 at one record a second for about
+# VELDOR_DEMO_SECONDS (15) seconds, F2, File > Save As through the file
+# dialog, the Plot's Zoom Auto, File > Exit. It leaves screenshots, the .DAT
+# file and the logs in build/demo/ and prints where they are.
 #
-# VELDOR_DEMO_REPLAY=SURVEY.DAT: the controller plays that saved survey, at
-# VELDOR_DEMO_REPLAY_SPEED (1) times its pace, instead of the synthetic route.
+# VELDOR_DEMO_REPLAY=SURVEY.DAT: that saved survey is opened instead of the
+# sample, and the controller plays it back, at VELDOR_DEMO_REPLAY_SPEED (1)
+# times its pace, instead of driving the route.
 set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 BUILD_ROOT_DIR="${VELDOR_BUILD_ROOT:-$ROOT/build}"
-SECONDS_TO_RECORD="${VELDOR_DEMO_SECONDS:-10}"
+SECONDS_TO_RECORD="${VELDOR_DEMO_SECONDS:-15}"
 NATIVE="$BUILD_ROOT_DIR/native"
 WIN64="$BUILD_ROOT_DIR/win64"
 DEMO="$BUILD_ROOT_DIR/demo"
@@ -62,12 +65,17 @@ fail() {
 }
 
 # The simulator on a pseudo-terminal; COM1 of the prefix leads to its link.
-SIM_ARGS=()
+# It drives the sample survey's pattern (as make-sample-survey.sh does).
+SURVEY="$ROOT/docs/package/Sample.DAT"
+SIM_ARGS=(--lanes 7 --lane-length 320 --lane-spacing 120 --speed 25 --level 380 --fall 150)
 if [ -n "${VELDOR_DEMO_REPLAY:-}" ]; then
   [ -f "$VELDOR_DEMO_REPLAY" ] || fail "no survey $VELDOR_DEMO_REPLAY to replay"
+  SURVEY="$VELDOR_DEMO_REPLAY"
   SIM_ARGS=(--replay "$VELDOR_DEMO_REPLAY" --speed "${VELDOR_DEMO_REPLAY_SPEED:-1}")
   echo "demo: the controller replays $VELDOR_DEMO_REPLAY"
 fi
+cp "$SURVEY" "$DEMO/"
+OPENED="$DEMO/$(basename "$SURVEY")"
 "$SIM" --link "$DEMO/COM1" --log "$DEMO/controller.log" --record-file "$DEMO/sent-samples.txt" \
   "${SIM_ARGS[@]}" >"$DEMO/controller-sim.out" 2>&1 &
 SIM_PID=$!
@@ -86,7 +94,8 @@ wine cmd /c exit </dev/null >/dev/null 2>&1 || true
 
 if [ "$HEADLESS" = 0 ]; then
   echo "demo: VELDOR opens on $DISPLAY with the simulated controller on COM1."
-  echo "demo: F1 starts recording, F2 stops it, File > Save As writes a .DAT file; close it to end."
+  echo "demo: File > Open $OPENED shows a survey; F1 starts recording, F2 stops it,"
+  echo "demo: File > Save As writes a .DAT file; close it to end."
   wine "$EXE" >"$DEMO/wine.log" 2>&1 || true
   echo
   echo "controller log:   $DEMO/controller.log"
@@ -107,9 +116,14 @@ expect() {
 key() { xdotool key --delay 80 "$@"; }
 samples_sent() { grep -c '^[0-9]* TX RA ' "$DEMO/controller.log" 2>/dev/null || true; }
 
-# A fresh settings file at one record a second.
+# A fresh settings file at one record a second, the frame maximised: the
+# Listing top left, wide enough for whole rows, the Chart under it, the Plot
+# on the right.
 mkdir -p "$(dirname "$INI")"
-printf '[General]\r\nRecord Interval Seconds=1\r\n' >"$INI"
+printf '%s\r\n' "[General]" "Record Interval Seconds=1" "[Main window]" "Maximised=1" "Show tags=0" \
+  "[Listing]" "Origin X=0" "Origin Y=0" "Width=660" "Height=428" \
+  "[Chart]" "Origin X=0" "Origin Y=428" "Width=660" "Height=250" \
+  "[Plot]" "Origin X=660" "Origin Y=0" "Width=340" "Height=678" >"$INI"
 DAT="$DEMO/survey.DAT"
 
 wine explorer "/desktop=$DESKTOP,1024x768" >>"$DEMO/wine.log" 2>&1 &
@@ -126,11 +140,12 @@ win="$(xdotool search --name "$DESKTOP - Wine desktop" | sed -n 1p)"
 [ -n "$win" ] || fail "no Wine desktop window"
 xdotool windowfocus --sync "$win"
 
-echo "demo: Window > Tile Vertical, so that the four child windows show side by side"
-key alt+w
-expect "the Window menu did not open" -t 5 window=
-key v
-expect "the windows were not tiled" -t 5 nowindow= "pane0=Windows tiled"
+echo "demo: File > Open $(basename "$OPENED"); the Plot fits its records (Zoom Auto)"
+key ctrl+o
+expect "no Open Data File dialog" -t 15 window="Open Data File"
+xdotool type --delay 20 "$(winepath -w "$OPENED")"
+key Return
+expect "the survey was not opened" -t 20 nowindow="Open Data File" "caption=VELDOR [ $(basename "$OPENED") ]"
 key F1
 expect "F1 did not start recording" -t 10 pane1=Recording
 echo "demo: F1, recording one sample a second for about $SECONDS_TO_RECORD seconds"
@@ -157,8 +172,14 @@ key Return
 expect "the survey was not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ survey.DAT ]" \
   "pane0=Data written to file 'survey.DAT'"
 [ -f "$DAT" ] || fail "no $DAT"
+echo "demo: the Plot's Zoom Auto, fitting the route with the new records"
+expect "the frame did not take input" -t 5 enabled=1
+origin="$(sed -n 's/^client=Veldor_Plot|\([0-9-]*\),\([0-9-]*\),.*/\1 \2/p' "$DEMO/last_probe.txt")"
+[ -n "$origin" ] || fail "no Plot window"
+xdotool mousemove $((${origin% *} + 4 + 29 * 8 + 12)) $((${origin#* } + 16)) click 1
+expect "Zoom Auto did not answer" -t 5 "pane0=Plot auto zoom"
 # The gauge shows the last record on the tick after it.
-records=$(( ($(stat -c %s "$DAT") - 1223) / 18 ))
+records=$(od -An -t d4 -j 1209 -N 4 "$DAT" | tr -d ' ')
 gauge="$(python3 "$ROOT/tests/e2e/check_dat.py" --gauge "$DAT")"
 probe wait -t 5 "pane2=$gauge" >/dev/null || true
 import -window root "$DEMO/survey.png"

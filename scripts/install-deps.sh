@@ -8,7 +8,7 @@ PACKAGES=(
   wine wine64 fonts-wine xvfb xauth xdotool imagemagick socat
   ghostscript poppler-utils procps file
   gdal-bin libxml2-utils
-  pandoc weasyprint unrtf unzip
+  pandoc weasyprint unrtf unzip nsis
 )
 
 missing=()

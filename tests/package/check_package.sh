@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks the package that `cpack` made in the i686 build, unzipped into a
 # fresh folder: its files; both programs PE32 i386 (GUI, console) importing
-# system DLLs only; an A4 manual that names every menu label and dialog title
+# system DLLs only, and the setup program PE32 i386 GUI; an A4 manual that names every menu label and dialog title
 # of the resource scripts; a licence that parses; Colours.txt in format.
 # usage: check_package.sh [WIN32_BUILD_DIR]
 set -euo pipefail
@@ -15,23 +15,28 @@ WORK="$(mktemp -d)"
 trap 'rm -rf "$WORK"' EXIT
 unzip -q "$ZIP" -d "$WORK"
 PKG="$WORK/veldor-$VERSION-win32"
-expected="Colours.txt Default.cal EULA.rtf README.txt VELDOR_v2.pdf veldor-export.exe veldor.exe"
+expected="Colours.txt Default.cal EULA.rtf README.txt Sample.DAT VELDOR_v2.pdf veldor-export.exe veldor.exe"
 found="$(cd "$PKG" && find . -type f -printf '%P\n' | LC_ALL=C sort | tr '\n' ' ')"
 [ "$found" = "$expected " ] || fail "files: $found"
 echo "ok [package]: $(basename "$ZIP") ($(du -k "$ZIP" | cut -f1) KiB): $found"
 
-for entry in "veldor.exe:Windows GUI" "veldor-export.exe:Windows CUI"; do
-  headers="$(objdump -p "$PKG/${entry%%:*}")"
+for entry in "$PKG/veldor.exe:Windows GUI" "$PKG/veldor-export.exe:Windows CUI" \
+             "$BUILD/veldor-$VERSION-setup.exe:Windows GUI"; do
+  exe="${entry%%:*}"
+  [ -f "$exe" ] || fail "no $exe"
+  headers="$(objdump -p "$exe")"
   if ! grep -q 'file format pei-i386' <<<"$headers" || ! grep -q '^Magic.*(PE32)$' <<<"$headers" ||
      ! grep -q "^Subsystem.*(${entry#*:})" <<<"$headers"; then
-    fail "${entry%%:*} is not a PE32 i386 ${entry#*:} program"
+    fail "$(basename "$exe") is not a PE32 i386 ${entry#*:} program"
   fi
+  [[ "$exe" == "$PKG"/* ]] || continue
   for dll in $(sed -n 's/^\tDLL Name: //p' <<<"$headers" | tr '[:upper:]' '[:lower:]'); do
     [[ " advapi32.dll comctl32.dll comdlg32.dll gdi32.dll kernel32.dll msvcrt.dll shell32.dll user32.dll " == *" $dll "* ]] ||
-      fail "${entry%%:*} imports $dll"
+      fail "$(basename "$exe") imports $dll"
   done
 done
-echo "ok [package]: veldor.exe PE32 GUI, veldor-export.exe PE32 console, system DLLs only"
+echo "ok [package]: veldor.exe PE32 GUI, veldor-export.exe PE32 console, system DLLs only;" \
+  "veldor-$VERSION-setup.exe PE32 GUI ($(du -k "$BUILD/veldor-$VERSION-setup.exe" | cut -f1) KiB)"
 
 # Labels as the scripts spell them, without the & of access keys and the
 # key names after a tab.

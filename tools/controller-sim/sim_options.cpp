@@ -48,6 +48,11 @@ std::string UsageText() {
            "  --start-lat N          start latitude, ms of arc (default 185400000)\n"
            "  --start-lon N          start longitude, ms of arc (default -3600000)\n"
            "  --speed M/S            vehicle speed (default 10)\n"
+           "  --lanes N              lanes of the pattern (default 8)\n"
+           "  --lane-length M        length of a lane east-west (default 600)\n"
+           "  --lane-spacing M       distance between lanes (default 50)\n"
+           "  --level N              channel 1 at 5 m from the transmitter (default 220)\n"
+           "  --fall N               fall of the level per decade of distance (default 60)\n"
            "  --replay SURVEY.DAT    play the records of a saved survey at its interval,\n"
            "                         divided by --speed N (default 1), then only answer\n"
            "  --seed N               seed of noise and faults (default 1)\n"
@@ -135,6 +140,17 @@ bool ParseOptions(int argc, const char* const* argv, Options* options, std::stri
         } else if (name == "--speed") {
             ok = ToDouble(value, 0.0, 1000.0, &d);
             speed = d;
+        } else if (name == "--lanes") {
+            ok = ToInt64(value, 1, 1000, &n);
+            sim.route.lanes = static_cast<int>(n);
+        } else if (name == "--lane-length") {
+            ok = ToDouble(value, 1.0, 1e6, &sim.route.laneLengthM);
+        } else if (name == "--lane-spacing") {
+            ok = ToDouble(value, 0.0, 1e6, &sim.route.laneSpacingM);
+        } else if (name == "--level") {
+            ok = ToDouble(value, 0.0, 1000.0, &sim.route.nearLevel);
+        } else if (name == "--fall") {
+            ok = ToDouble(value, 0.0, 1000.0, &sim.route.fallPerDecade);
         } else if (name == "--replay") {
             result.replayFile = value;
             ok = !value.empty();

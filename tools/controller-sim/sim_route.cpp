@@ -9,10 +9,7 @@ namespace ctlsim {
 namespace {
 
 const double kPi = 3.14159265358979323846;
-// Level at 5 m and below, and the fall per decade of distance.
-const double kNearLevel = 220.0;
 const double kNearDistanceM = 5.0;
-const double kFallPerDecade = 60.0;
 const double kChannelOffset[4] = {0.0, -12.0, -24.0, -36.0};
 // Slow fading: two waves along the route; fast fading: Gaussian per sample.
 const double kSlowAmplitude[2] = {5.0, 3.0};
@@ -22,7 +19,7 @@ const double kFastSigma = 3.0;
 }  // namespace
 
 RouteModel::RouteModel(const RouteConfig& config)
-    : config_(config), metresPerDegreeEast_(0.0), phase_() {
+    : config_(config), metresPerDegreeEast_(0.0), transmitter_(), phase_() {
     if (config_.lanes < 1) config_.lanes = 1;
     if (config_.laneLengthM < 1.0) config_.laneLengthM = 1.0;
     if (config_.laneSpacingM < 0.0) config_.laneSpacingM = 0.0;
@@ -30,6 +27,8 @@ RouteModel::RouteModel(const RouteConfig& config)
     double cosLat = cos(config_.startLatitude / kMasPerDegree * kPi / 180.0);
     if (cosLat < 0.01) cosLat = 0.01;
     metresPerDegreeEast_ = kMetresPerDegree * cosLat;
+    transmitter_.northM = (config_.lanes - 1) * config_.laneSpacingM / 2.0;
+    transmitter_.eastM = config_.laneLengthM / 2.0;
     Rng rng(HashSeed(config_.seed, 0x51F0));
     for (auto& channel : phase_) {
         for (double& phase : channel) phase = rng.Unit() * 2.0 * kPi;
@@ -79,15 +78,16 @@ int32_t RouteModel::LongitudeOf(const Offset& offset) const {
 }
 
 double RouteModel::DistanceToTransmitter(const Offset& offset) const {
-    const double dn = offset.northM - config_.transmitterNorthM;
-    const double de = offset.eastM - config_.transmitterEastM;
+    const double dn = offset.northM - transmitter_.northM;
+    const double de = offset.eastM - transmitter_.eastM;
     return sqrt(dn * dn + de * de);
 }
 
-double RouteModel::MeanLevel(double distanceM, int channel) {
+double RouteModel::MeanLevel(double distanceM, int channel) const {
     if (channel < 0 || channel > 3) channel = 0;
     const double d = distanceM > kNearDistanceM ? distanceM : kNearDistanceM;
-    return kNearLevel - kFallPerDecade * log10(d / kNearDistanceM) + kChannelOffset[channel];
+    return config_.nearLevel - config_.fallPerDecade * log10(d / kNearDistanceM) +
+           kChannelOffset[channel];
 }
 
 int RouteModel::Reading(double distanceM, int channel, uint64_t index) const {

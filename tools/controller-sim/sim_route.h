@@ -5,9 +5,9 @@
 // first one eastward; after the last lane the vehicle drives the pattern back
 // to the start, and so on. Sample k is taken k * speed * period metres along
 // the route, so a sample depends on its index only, not on the timing.
-// The transmitter stands at the centre of the pattern by default; each of the
-// four channels measures a level that falls with the log of the distance,
-// plus slow and fast fading, clamped to 0..255.
+// The transmitter stands at the centre of the pattern; each of the four
+// channels measures a level that falls with the log of the distance, plus
+// slow and fast fading, clamped to 0..255.
 #ifndef CONTROLLER_SIM_SIM_ROUTE_H
 #define CONTROLLER_SIM_SIM_ROUTE_H
 
@@ -28,9 +28,10 @@ struct RouteConfig {
     double laneLengthM = 600.0;
     double laneSpacingM = 50.0;
     int lanes = 8;
-    // Transmitter, metres north and east of the start point.
-    double transmitterNorthM = 175.0;
-    double transmitterEastM = 300.0;
+    // Level of channel 1 at 5 m and nearer (before clamping to 0..255), and
+    // its fall per decade of distance.
+    double nearLevel = 220.0;
+    double fallPerDecade = 60.0;
     uint64_t seed = 1;
 };
 
@@ -59,7 +60,7 @@ public:
     double DistanceToTransmitter(const Offset& offset) const;
 
     // Mean level of a channel (0..3) at a distance, without fading.
-    static double MeanLevel(double distanceM, int channel);
+    double MeanLevel(double distanceM, int channel) const;
     // The reading of a channel at a distance for sample `index`: mean level
     // plus fading, rounded and clamped to 0..255.
     int Reading(double distanceM, int channel, uint64_t index) const;
@@ -69,6 +70,7 @@ public:
 private:
     RouteConfig config_;
     double metresPerDegreeEast_;
+    Offset transmitter_;
     double phase_[4][2];
 };
 
