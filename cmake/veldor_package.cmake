@@ -10,6 +10,7 @@ set(VELDOR_MANUAL ${CMAKE_BINARY_DIR}/VELDOR_v2.pdf)
 set(VELDOR_MANUAL_CHAPTERS
   01-introduction.md 02-quick-start.md 03-windows.md 04-menus.md 05-dialogs.md
   06-calibration.md 07-filter-and-tags.md 08-printing.md 09-files.md 10-export.md
+  10-coverage-report.md
   11-troubleshooting.md)
 list(TRANSFORM VELDOR_MANUAL_CHAPTERS PREPEND ${VELDOR_MANUAL_DIR}/)
 file(GLOB VELDOR_MANUAL_IMAGES CONFIGURE_DEPENDS ${VELDOR_MANUAL_DIR}/images/*.png)

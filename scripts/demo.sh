@@ -195,10 +195,17 @@ key x
 for _ in $(seq 1 150); do pgrep -f "^$EXE" >/dev/null 2>&1 || break; sleep 0.1; done
 pgrep -f "^$EXE" >/dev/null 2>&1 && fail "the program did not end"
 
+# The coverage report of the survey, beside the screenshots.
+ninja -C "$NATIVE" veldor_export >/dev/null
+cp "$ROOT/tests/data/cal/default_curve.cal" "$DEMO/Default.cal"
+"$NATIVE/tools/veldor-export/veldor-export" "$DAT" --format report --threshold 50 -o "$DEMO/survey-report.html" \
+  >"$DEMO/survey-report.log" 2>&1 || echo "demo: no coverage report, see $DEMO/survey-report.log"
+
 echo
 echo "demo: $records records stored and saved; the program has ended."
 echo "screenshots:       $DEMO/survey.png  (saved; also recording.png, record-menu.png)"
 echo "data file:         $DAT"
+echo "coverage report:   $DEMO/survey-report.html"
 echo "status lines:      $DEMO/status-lines.log"
 echo "controller log:    $DEMO/controller.log"
 echo "samples sent:      $DEMO/sent-samples.txt"

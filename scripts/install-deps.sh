@@ -9,6 +9,7 @@ PACKAGES=(
   ghostscript poppler-utils procps file
   gdal-bin libxml2-utils
   pandoc weasyprint unrtf unzip nsis
+  chromium
 )
 
 missing=()

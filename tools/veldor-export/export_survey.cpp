@@ -41,6 +41,9 @@ static void ReadPlotSettings(const ExportOptions& options) {
     }
 }
 
+char exportCurvePath[4][2 * PathSize];
+int exportCurveRead[4];
+
 // Each channel's curve: the file given with --cal, else the survey's own
 // file looked for beside the survey (an empty name meaning "Default.cal").
 static void ReadCurves(const ExportOptions& options, FILE* warnings) {
@@ -71,6 +74,8 @@ static void ReadCurves(const ExportOptions& options, FILE* warnings) {
                 fprintf(warnings, "veldor-export: warning: the default curve is used for"
                                   " channel %d\n", c + 1);
         }
+        snprintf(exportCurvePath[c], sizeof exportCurvePath[c], "%s", path);
+        exportCurveRead[c] = read;
         if (!read) SetDefaultCalTable(c);
         BuildChannelLookup(c);
     }

@@ -1,5 +1,5 @@
 // veldor-export: writes a saved survey (.DAT, v1.0 to v1.4) as CSV, GeoJSON,
-// KML or GPX, and prints a summary of it. Exit status 0 when done, 1 when the
+// KML or GPX, its coverage as tiles or an HTML report, and prints a summary. Exit status 0 when done, 1 when the
 // output could not be written, 2 for a wrong command line or a survey that
 // can't be read; then no output file is left behind.
 #include <stdio.h>
@@ -28,7 +28,9 @@ static int Export(const ExportOptions& options, const char* surveyName) {
         fprintf(stderr, "veldor-export: cannot write '%s'\n", temp);
         return 0;
     }
-    int ok = WriteExport(file, options.format, plotChannel, surveyName);
+    int ok = options.format == FORMAT_REPORT ? WriteReport(file, surveyName, VELDOR_VERSION)
+             : options.format >= FORMAT_TILES_GEOJSON ? WriteTiles(file, options.format, surveyName)
+                                                      : WriteExport(file, options.format, plotChannel, surveyName);
     if (fclose(file) != 0) ok = 0;
     if (ok && PutInPlace(temp, options.output)) return 1;
     remove(temp);
@@ -47,10 +49,16 @@ int main(int argc, char** argv) {
         printf("veldor-export %s\n", VELDOR_VERSION);
         return 0;
     }
-    if (!LoadSurveyForExport(options, stderr)) return 2;
+    const int coverage = options.format >= FORMAT_TILES_GEOJSON;
+    if (coverage ? !PrepareCoverage(options, stderr) : !LoadSurveyForExport(options, stderr)) return 2;
     const char* name = options.input + strlen(options.input);
     while (name > options.input && name[-1] != '/' && name[-1] != '\\') name--;
     if (options.format != FORMAT_NONE && !Export(options, name)) return 1;
+    if (coverage) {
+        char statement[256];
+        ReliabilityText(statement, sizeof statement);
+        printf("%s\n", statement);
+    }
     if (options.summary) WriteSummary(stdout, name);
     return 0;
 }
