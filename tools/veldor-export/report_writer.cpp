@@ -209,6 +209,20 @@ void PutTileMap(Sink* s) {
     OpenMap(s, "Tiles that pass and fail");
     for (int32_t i = 0; i < c.tileCount; i++)
         PutTileRect(s, c.tiles[i], c.tiles[i].pass ? "pass" : "fail");
+    // The route over them, thin, a point every 2 pixels or more.
+    Put(s, "<path fill=\"none\" stroke=\"#000\" stroke-opacity=\"0.35\" stroke-width=\"1\" d=\"");
+    double lastX = -1e9, lastY = -1e9;
+    for (int32_t i = 0; i < recordCount; i++) {
+        const Record& r = recordStore.rows[i];
+        if (!(r.flags & RECORD_GPS_FIX)) continue;
+        double east, north;
+        GridMetres(coverageExport.grid, r.latitude, r.longitude, &east, &north);
+        const double x = MapX(east), y = MapY(north);
+        if (fabs(x - lastX) + fabs(y - lastY) < 2) continue;
+        Putf(s, "%s%.1f %.1f", lastX < -1e8 ? "M" : " L", x, y);
+        lastX = x, lastY = y;
+    }
+    Put(s, "\"/>\n");
     CloseMap(s);
 }
 
@@ -449,14 +463,19 @@ void PutFacts(Sink* s, const char* surveyName) {
     else
         snprintf(text, sizeof text, "%d s", (int)recordingParams.intervalSeconds);
     Cell(s, "Interval", text);
-    for (int c = 0; c < 4; c++) {
+    // One row for the four curves when they are one file.
+    int same = 1;
+    for (int c = 1; c < 4; c++)
+        same &= strcmp(exportCurvePath[c], exportCurvePath[0]) == 0 &&
+                exportCurveRead[c] == exportCurveRead[0];
+    for (int c = 0; c < (same ? 1 : 4); c++) {
         const char* path = exportCurvePath[c];
         const char* name = path + strlen(path);
         while (name > path && name[-1] != '/' && name[-1] != '\\') name--;
         snprintf(text, sizeof text, "%s%s", name,
-                 exportCurveRead[c] ? "" : " (not read: default curve)");
+                 exportCurveRead[c] ? "" : " (missing: default curve)");
         char head[40];
-        snprintf(head, sizeof head, "Curve, ch %d", c + 1);
+        snprintf(head, sizeof head, same ? "Curves" : "Curve, ch %d", c + 1);
         Cell(s, head, text);
     }
     Put(s, "</table><table>\n");
