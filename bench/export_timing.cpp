@@ -15,7 +15,7 @@ static double NowMs() {
 
 int main() {
     ResetFakeWorld();
-    for (int c = 0; c < 4; c++) SetDefaultCalTable(c), BuildChannelLookup(c);
+    UseDefaultCurves();
     for (int i = 0; i < MaxRecords; i++) {
         Record& r = recordStore.rows[i];
         r.flags = (uint8_t)(0x14 | (i % 10 == 0 ? 0x08 : 0));

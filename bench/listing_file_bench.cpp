@@ -13,12 +13,7 @@
 
 static void ListingExportFullStore(benchmark::State& state) {
     ResetFakeWorld();
-    for (int c = 0; c < 4; c++) {
-        CalTable[c].count = 2;
-        CalTable[c].points[1].power = 255;
-        CalTable[c].points[1].value = 100.0f;
-        BuildChannelLookup(c);
-    }
+    UseDefaultCurves();
     recordCount = MaxRecords;
     for (int i = 0; i < MaxRecords; i++) {
         Record& r = recordStore.rows[i];

@@ -185,12 +185,7 @@ void BenchChart(HDC screen, HFONT font) {
 
 int main() {
     ResetFakeWorld();
-    for (int c = 0; c < 4; c++) {
-        CalTable[c].count = 2;
-        CalTable[c].points[0] = CalPoint{0, {0, 0, 0}, 0.0f};
-        CalTable[c].points[1] = CalPoint{255, {0, 0, 0}, 100.0f};
-        BuildChannelLookup(c);
-    }
+    UseDefaultCurves();
     FillStore();
     HDC screen = GetDC(nullptr);
     HFONT font = CreateFontA(-12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "Arial");

@@ -14,9 +14,9 @@
 // has a falling curve, so its colour needs its own lookup.
 TEST(ExportColourTest, EveryChoiceColoursRecordsAsThePlotDoes) {
     ResetFakeWorld();
-    for (int c = 0; c < 4; c++) SetDefaultCalTable(c);
+    UseDefaultCurves();
     CalTable[2].points[0].value = 100.0f, CalTable[2].points[1].value = 0.0f;
-    for (int c = 0; c < 4; c++) BuildChannelLookup(c);
+    BuildChannelLookup(2);
     SetDefaultColours();
     powerBreak[0] = 80.0f, powerBreak[1] = 60.0f, powerBreak[2] = 40.0f;
     const uint8_t rows[][4] = {{230, 180, 128, 60}, {60, 230, 180, 128}, {128, 60, 230, 180},

@@ -257,3 +257,10 @@ int ProfileWriteString(const char* section, const char* key, const char* value,
                        const char* path) {
     return IniWriteString(section, key, value, path);
 }
+
+void UseDefaultCurves() {
+    for (int c = 0; c < CalChannels; c++) {
+        SetDefaultCalTable(c);
+        BuildChannelLookup(c);
+    }
+}

@@ -69,6 +69,9 @@ void Receive(const std::string& text);
 // Builds a frame with a good check around body.
 std::string Frame(const std::string& body);
 
+// Every channel on the default curve (0, 0.0) to (255, 100.0), its lookup built.
+void UseDefaultCurves();
+
 // A file name in the temporary folder, unique to this process.
 std::string TempTestPath(const std::string& name);
 

@@ -19,12 +19,7 @@ protected:
 
     void SetUp() override {
         ResetFakeWorld();
-        ResetCalibration();
-        for (int c = 0; c < 4; c++) {  // the default curve (0, 0.0) to (255, 100.0)
-            CalTable[c].count = 2;
-            CalTable[c].points[1] = {255, {0, 0, 0}, 100.0f};
-            BuildChannelLookup(c);
-        }
+        UseDefaultCurves();
         ChannelLookup[1][30] = 12.0f;
         path = fake.settingsFile + ".txt";
         remove(path.c_str());

@@ -14,12 +14,7 @@ class RecordFilter : public ::testing::Test {
 protected:
     void SetUp() override {
         ResetFakeWorld();
-        ResetCalibration();
-        for (int c = 0; c < 4; c++) {  // the default curve (0, 0.0) to (255, 100.0)
-            CalTable[c].count = 2;
-            CalTable[c].points[1] = {255, {0, 0, 0}, 100.0f};
-            BuildChannelLookup(c);
-        }
+        UseDefaultCurves();
     }
 
     // Rows 0..n-1, tracked: latitude i - n/2, longitude -i, reading i, time 1000 + i.
