@@ -212,9 +212,12 @@ def run(a):
         sys.exit("mutation: the tree does not build or its tests fail without a fault")
     print("time limits: " + ", ".join(f"{k} {v:.0f} s" for k, v in layers.limit.items()), flush=True)
     caught, tried, survivors, invalid, t0 = 0, 0, [], 0, time.time()
+    skip = set(re.findall(r"\] [^:]+: (\S+: \w+: .*)$", open(a.skip_log).read(), re.M)) if a.skip_log else set()
     for f in faults(a.seed):
         if tried == a.count:
             break
+        if describe(f) in skip:
+            continue
         mutate(a.build, f)
         try:
             built = layers.make()
@@ -246,6 +249,7 @@ def main():
     p.add_argument("--count", type=int, default=250)
     p.add_argument("--scenario", action="append", default=[], help="an end-to-end scenario to run as well")
     p.add_argument("--win64", help="the x86_64 Windows build folder that the scenarios run")
+    p.add_argument("--skip-log", help="the output of an earlier run: draw other faults than those it tried")
     a = p.parse_args()
     if a.command == "list":
         for f in faults(a.seed)[:a.count]:
