@@ -123,7 +123,8 @@ def compare_numbers(name, path, *others):
 
 def browser(report, shot, pdf, tiles, hole_tiles):
     html = open(report, encoding="utf-8").read()
-    subprocess.run(["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--hide-scrollbars",
+    chromium = ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--user-data-dir=" + shot + ".profile"]
+    subprocess.run([*chromium, "--hide-scrollbars",
                     f"--screenshot={shot}", "--window-size=760,2600", "file://" + report], capture_output=True)
     s = views_survey.Shot(shot)
     w, h = [int(v) for v in re.search(r'<svg class="map"[^>]*width="(\d+)" height="(\d+)"', html).groups()]
@@ -161,7 +162,7 @@ def browser(report, shot, pdf, tiles, hole_tiles):
         want = (229, 57, 53) if not tiles[key][5] else (67, 160, 71)
         check(got == want and (key in hole_tiles) <= (want == (229, 57, 53)),
               f"tile {key} {'in the hole ' if key in hole_tiles else ''}drawn {got}, expected {want}")
-    subprocess.run(["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--no-pdf-header-footer",
+    subprocess.run([*chromium, "--no-pdf-header-footer",
                     f"--print-to-pdf={pdf}", "file://" + report], capture_output=True)
     info = subprocess.run(["pdfinfo", pdf], capture_output=True, text=True).stdout
     text = " ".join(subprocess.run(["pdftotext", "-layout", pdf, "-"], capture_output=True, text=True).stdout.split())
