@@ -6,7 +6,6 @@
 
 #include "export_survey.h"
 #include "fake_platform.h"
-#include "survey/cal_lookup.h"
 
 static double NowMs() {
     timespec t;
@@ -16,7 +15,7 @@ static double NowMs() {
 
 int main() {
     ResetFakeWorld();
-    for (int c = 0; c < 4; c++) SetDefaultCalTable(c), BuildChannelLookup(c);
+    UseDefaultCurves();
     for (int i = 0; i < MaxRecords; i++) {
         Record& r = recordStore.rows[i];
         const int row = i / 400, column = row % 2 ? 399 - i % 400 : i % 400;
