@@ -1,5 +1,5 @@
-# Cross build for 32-bit Windows, the product. Wine here runs 64-bit programs
-# only, so this build is checked by linking.
+# Cross build for 32-bit Windows, the product. Its programs run under the
+# 32-bit Wine of an i386 root (cmake/wine32.cmake).
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(VELDOR_TRIPLET i686-w64-mingw32)

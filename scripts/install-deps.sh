@@ -10,6 +10,7 @@ PACKAGES=(
   gdal-bin libxml2-utils
   pandoc weasyprint unrtf unzip nsis
   chromium
+  debootstrap fonts-dejavu-core fonts-dejavu-extra fonts-urw-base35
 )
 
 missing=()

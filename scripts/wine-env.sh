@@ -2,6 +2,8 @@
 # directory, a virtual display when there is none, and a warm wineserver.
 # Expects BUILD_ROOT to be set.
 
+# The i686 build lends its wrappers of the 32-bit Wine (cmake/wine32.cmake).
+if [ -x "$BUILD_ROOT/wine32/wine" ]; then export PATH="$BUILD_ROOT/wine32:$PATH"; fi
 export WINEPREFIX="$BUILD_ROOT/wineprefix"
 export WINEARCH=win64
 export WINEDEBUG=-all
