@@ -63,7 +63,7 @@ def quantile(v, q):
     return v[-1] if lo + 1 >= len(v) else v[lo] + (v[lo + 1] - v[lo]) * (r - lo)
 
 
-def judge(paths, window=40 * 299.792458 / 300, tile=100.0, threshold=50.0, conf=0.9):
+def judge(paths, linear=False, window=40 * 299.792458 / 300, tile=100.0, threshold=50.0, conf=0.9):
     """Windows and tiles of the first survey (on the grid of all): {tile: (windows, samples,
     undersampled, median, p10, pass)}, the number of under-sampled windows, reliability, bound."""
     surveys = [[r for r in veldor_dat.read(p).records if r.flags & 4] for p in paths]
@@ -80,14 +80,14 @@ def judge(paths, window=40 * 299.792458 / 300, tile=100.0, threshold=50.0, conf=
     tiles = {}
     for w in windows.values():
         key = (math.floor(sum(p[0] for p in w) / len(w) / tile), math.floor(sum(p[1] for p in w) / len(w) / tile))
-        mean = 10 * math.log10(sum(10 ** (p[2] / 10) for p in w) / len(w))
+        mean = sum(p[2] for p in w) / len(w) if linear else 10 * math.log10(sum(10 ** (p[2] / 10) for p in w) / len(w))
         tiles.setdefault(key, []).append((mean, len(w)))
     out = {}
     for key, ws in tiles.items():
         means = sorted(m for m, _ in ws)
         med = quantile(means, 0.5)
         out[key] = (len(ws), sum(n for _, n in ws), sum(n < 36 for _, n in ws), med, quantile(means, 0.1),
-                    med >= threshold)
+                    (quantile(means, 0.1) if linear else med) >= threshold)
     k, n = sum(t[5] for t in out.values()), len(out)
     z, p = NormalDist().inv_cdf(conf), k / n
     bound = (p + z * z / (2 * n) - z * math.sqrt(p * (1 - p) / n + z * z / (4 * n * n))) / (1 + z * z / n)
@@ -107,9 +107,11 @@ def exported(path, *extra):
     return rows, said and (float(said[1]), float(said[2])), r
 
 
-def compare_numbers(name, path, *others):
-    tiles, under, rel, bound = judge([path, *others])
-    rows, said, r = exported(path, *[a for o in others for a in ("--compare", o)])
+def compare_numbers(name, path, *others, linear=False):
+    """linear: values averaged as they stand and tiles judged by their p10."""
+    tiles, under, rel, bound = judge([path, *others], linear)
+    rows, said, r = exported(path, *[a for o in others for a in ("--compare", o)],
+                             *(["--linear", "--statistic", "p10"] if linear else []))
     check(r.returncode == 0 and set(rows) == set(tiles), f"{name}: {len(rows)} tiles, expected {len(tiles)}")
     bad = [k for k, t in tiles.items() if k in rows and not (
         (int(rows[k]["windows"]), int(rows[k]["samples"]), int(rows[k]["undersampled"]), rows[k]["pass"] == "1")
@@ -180,7 +182,7 @@ with tempfile.TemporaryDirectory() as tmp:
     hole_tiles = {(x, y) for x in range(HOLE[0][0], HOLE[1][0] + 1) for y in range(HOLE[0][1], HOLE[1][1] + 1)}
     tiles, _, _ = compare_numbers("hole", hole)
     check({k for k, t in tiles.items() if not t[5]} >= hole_tiles, "the hole's tiles fail")
-    _, under, rows = compare_numbers("sparse", sparse)
+    _, under, rows = compare_numbers("sparse, linear, p10", sparse, linear=True)
     got = sum(int(t["undersampled"]) for t in rows.values())
     check(under > 20 and got == under, f"sparse: {got} under-sampled windows, expected {under}")
     _, _, rows = compare_numbers("filled against hole", filled, hole)
