@@ -9,7 +9,9 @@ set(VELDOR_IMAGES
   ${VELDOR_IMAGE_DIR}/veldor_plot.ico
   ${VELDOR_IMAGE_DIR}/veldor_chart.ico
   ${VELDOR_IMAGE_DIR}/veldor_tags.ico
-  ${VELDOR_IMAGE_DIR}/signon.bmp)
+  ${VELDOR_IMAGE_DIR}/signon.bmp
+  ${VELDOR_IMAGE_DIR}/setup_side.bmp
+  ${VELDOR_IMAGE_DIR}/setup_header.bmp)
 # The button faces of the Plot window: resource ids 1067-1070 and 26568-26592.
 foreach(face_id RANGE 1067 1070)
   list(APPEND VELDOR_IMAGES ${VELDOR_IMAGE_DIR}/face_${face_id}.bmp)
@@ -21,7 +23,7 @@ add_custom_command(
   OUTPUT ${VELDOR_IMAGES}
   COMMAND Python3::Interpreter ${CMAKE_SOURCE_DIR}/src/resources/make_images.py ${VELDOR_IMAGE_DIR}
   DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/make_images.py
-  COMMENT "Drawing the icons, the sign-on bitmap and the button faces"
+  COMMENT "Drawing the icons, the sign-on bitmap, the button faces and the setup's pictures"
   VERBATIM)
 add_custom_target(veldor_images DEPENDS ${VELDOR_IMAGES})
 

@@ -5,8 +5,10 @@ usage: make_images.py OUTPUT_FOLDER
 
 Writes veldor_frame.ico (a radio mast), veldor_listing.ico (a list),
 veldor_plot.ico (a survey plot), veldor_chart.ico (a histogram),
-veldor_tags.ico (a tag), signon.bmp (240 x 190, 24 bits) and the faces of
-the Plot window's buttons, face_<id>.bmp (25 x 25, 16 colours). Plain Python:
+veldor_tags.ico (a tag), signon.bmp (240 x 190, 24 bits), the faces of
+the Plot window's buttons, face_<id>.bmp (25 x 25, 16 colours), and the
+pictures of the setup program: setup_side.bmp (164 x 314) for its welcome
+and finish pages, setup_header.bmp (150 x 57) for the others. Plain Python:
 shapes are drawn on a canvas four times the size and averaged down, which
 smooths their edges; the button faces are drawn on whole pixels so that
 they stay crisp.
@@ -287,6 +289,59 @@ def signon():
     return c
 
 
+def night_ground(c, w, h):
+    """The sign-on's night blue, lighter downwards."""
+    top, bottom = (10, 30, 70), (20, 110, 140)
+    for y in range(h):
+        t = y / (h - 1)
+        c.rect(0, y, w, y + 1, rgb(*(a + (b - a) * t for a, b in zip(top, bottom))))
+
+
+def survey_ground(c, w, h):
+    """The night ground and, along its foot, a few lanes of a survey's dots in
+    the Plot's bands: blue near the mast, then green, red."""
+    night_ground(c, w, h)
+    dots = [rgb(70, 120, 255), rgb(60, 220, 90), rgb(255, 80, 70)]
+    for lane in range(4):
+        for i in range(w // 10 - 1):
+            band = int(min(2, abs(i - 2) // 3 + lane // 2))
+            c.circle(10 + i * 10, h - 36 + lane * 9, 2.2, dots[band])
+
+
+def mast_with_waves(c, cx, base, top, half_base, rings):
+    light = rgb(230, 235, 240)
+    draw_mast(c, cx, base, top, half_base, light, 2.4)
+    c.circle(cx, top - 6, 4.5, rgb(255, 70, 60))
+    for r in rings:
+        c.arc(cx, top - 6, r, 2.6, 25, 70, rgb(140, 200, 255, 0.9))
+        c.arc(cx, top - 6, r, 2.6, 110, 155, rgb(140, 200, 255, 0.9))
+
+
+def setup_side():
+    """The left-hand picture of the setup's welcome and finish pages."""
+    w, h = 164, 314
+    c = Canvas(w, h)
+    survey_ground(c, w, h)
+    mast_with_waves(c, 82, 264, 160, 24, (14, 24, 34))
+    c.text(28, 24, "VELDOR", 3, rgb(255, 255, 255))
+    c.text(28, 60, "RF SURVEY", 1, rgb(200, 225, 255))
+    c.text(28, 72, "SOFTWARE", 1, rgb(200, 225, 255))
+    c.text(28, 90, "TREVAN INSTRUMENTS", 1, rgb(255, 220, 120))
+    return c
+
+
+def setup_header():
+    """The picture at the left of the setup's other pages."""
+    w, h = 150, 57
+    c = Canvas(w, h)
+    night_ground(c, w, h)
+    draw_mast(c, 22, 52, 14, 9, rgb(230, 235, 240), 1.6)
+    c.circle(22, 10, 3, rgb(255, 70, 60))
+    c.text(44, 14, "VELDOR", 2, rgb(255, 255, 255))
+    c.text(46, 36, "RF SURVEY", 1, rgb(200, 225, 255))
+    return c
+
+
 # The button faces: 25 x 25 pixels in the standard 16-colour VGA palette.
 VGA = [(0, 0, 0), (128, 0, 0), (0, 128, 0), (128, 128, 0), (0, 0, 128), (128, 0, 128),
        (0, 128, 128), (192, 192, 192), (128, 128, 128), (255, 0, 0), (0, 255, 0),
@@ -511,6 +566,8 @@ def main():
     write_ico(os.path.join(out, "veldor_chart.ico"), icon_chart())
     write_ico(os.path.join(out, "veldor_tags.ico"), icon_tags())
     write_bmp(os.path.join(out, "signon.bmp"), signon())
+    write_bmp(os.path.join(out, "setup_side.bmp"), setup_side())
+    write_bmp(os.path.join(out, "setup_header.bmp"), setup_header())
     for _, up, down, off, picture in BUTTON_FACES:
         for face_id, state in ((up, "up"), (down, "down"), (off, "off")):
             if face_id:
