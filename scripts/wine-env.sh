@@ -4,7 +4,8 @@
 
 # The i686 build lends its wrappers of the 32-bit Wine (cmake/wine32.cmake).
 if [ -x "$BUILD_ROOT/wine32/wine" ]; then export PATH="$BUILD_ROOT/wine32:$PATH"; fi
-export WINEPREFIX="$BUILD_ROOT/wineprefix"
+# One prefix for the build; a scenario that needs a fresh one names it.
+export WINEPREFIX="${VELDOR_WINEPREFIX:-$BUILD_ROOT/wineprefix}"
 export WINEARCH=win64
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml="

@@ -16,7 +16,7 @@ NATIVE="$(cd "${2:-$ROOT/build/native}" && pwd)"
 shift $(($# < 2 ? $# : 2))
 SCENARIOS=("$@")
 if [ ${#SCENARIOS[@]} -eq 0 ]; then
-  SCENARIOS=(startup_exit survey views records gps tags calibration general instruments faults port_error second_start bad_files replay package print)
+  SCENARIOS=(startup_exit survey views records gps tags calibration general instruments faults port_error second_start bad_files replay install print)
 fi
 
 rm -rf "$WIN64/e2e"
