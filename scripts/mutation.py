@@ -15,6 +15,7 @@ drawn. A fault that does not compile is not counted and the next one is
 drawn. A fault is caught when a test fails or runs past its time limit.
 """
 import argparse
+import collections
 import hashlib
 import os
 import re
@@ -131,6 +132,18 @@ def describe(f):
     return f"{os.path.relpath(f[1], ROOT)}:{f[2] + 1}: {f[3]}: {f[4].strip()}  =>  {f[5].strip()}"
 
 
+def key(f):
+    """A fault apart from its path and line number, which other changes move."""
+    return f"{os.path.basename(f[1])}: {f[3]}: {f[4].strip()}  =>  {f[5].strip()}"
+
+
+def logged(path):
+    """How many faults of each key an earlier run tried."""
+    found = re.findall(r"^\[\d+/\d+ \d+ s\] [^:]+: \S*?([^/\s]+):\d+: (\w+: .*)$",
+                       open(path).read() if path else "", re.M)
+    return collections.Counter(f"{name}: {rest}" for name, rest in found)
+
+
 def backup_dir(build):
     return os.path.join(build, "mutation-backup")
 
@@ -212,12 +225,13 @@ def run(a):
         sys.exit("mutation: the tree does not build or its tests fail without a fault")
     print("time limits: " + ", ".join(f"{k} {v:.0f} s" for k, v in layers.limit.items()), flush=True)
     caught, tried, survivors, invalid, t0 = 0, 0, [], 0, time.time()
-    skip = set(re.findall(r"\] [^:]+: (\S+: \w+: .*)$", open(a.skip_log).read(), re.M)) if a.skip_log else set()
+    skip, only = logged(a.skip_log), logged(a.same_as)
     for f in faults(a.seed):
         if tried == a.count:
             break
-        if describe(f) in skip:
+        if skip[key(f)] or (a.same_as and not only[key(f)]):
             continue
+        only[key(f)] -= 1
         mutate(a.build, f)
         try:
             built = layers.make()
@@ -250,6 +264,7 @@ def main():
     p.add_argument("--scenario", action="append", default=[], help="an end-to-end scenario to run as well")
     p.add_argument("--win64", help="the x86_64 Windows build folder that the scenarios run")
     p.add_argument("--skip-log", help="the output of an earlier run: draw other faults than those it tried")
+    p.add_argument("--same-as", help="the output of an earlier run: try only the faults it tried, wherever they moved")
     a = p.parse_args()
     if a.command == "list":
         for f in faults(a.seed)[:a.count]:

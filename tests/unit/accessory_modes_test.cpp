@@ -18,29 +18,6 @@ protected:
     static std::string Setting(const IntSetting& s) { return StoredSetting(s.section, s.key); }
 };
 
-TEST_F(AccessoryModes, EmptySettingsTurnTzrOnAtPortOpen) {
-    ASSERT_EQ(1, ApplyTzrMode());
-    EXPECT_EQ((std::vector<std::string>{"MS 1", "MN 10", "MC 1", "MI 1"}), FramesSent());
-    EXPECT_TRUE(statusFlags & STATUS_TZR_MODE);
-    EXPECT_EQ("<absent>", Setting(KeyTzrEnable));
-    EXPECT_EQ("0", Setting(KeyAr3000aEnable));
-    EXPECT_EQ("0", Setting(KeyGpsDiffEnable));
-    EXPECT_TRUE(fake.questions.empty());
-
-    // Off: "MS 0" only, and only its own bit changes.
-    fake.wire.clear();
-    WriteSetting(KeyTzrEnable, "0");
-    statusFlags |= STATUS_AR3000A_MODE;
-    EXPECT_EQ(1, ApplyTzrMode());
-    EXPECT_EQ(std::vector<std::string>{"MS 0"}, FramesSent());
-    EXPECT_EQ(STATUS_AR3000A_MODE, statusFlags);
-    EXPECT_TRUE(fake.questions.empty());
-
-    // A closed port: the switch fails.
-    fake.portOpen = false;
-    EXPECT_EQ(0, ApplyTzrMode());
-}
-
 TEST_F(AccessoryModes, TzrAsksBeforeTakingOverAnotherMode) {
     statusFlags = STATUS_GPS_DIFF_MODE;
     fake.answers.push_back(0);
@@ -103,31 +80,6 @@ TEST_F(AccessoryModes, Ar3000aConfigurationAndExclusion) {
     fake.portOpen = false;
     EXPECT_EQ(0, ApplyAr3000aMode());
     EXPECT_EQ(0u, statusFlags);
-}
-
-TEST_F(AccessoryModes, GpsDiffChangesFlagsBeforeSending) {
-    WriteSetting(KeyGpsDiffEnable, "1");
-    WriteSetting(KeyGpsDiffBaudRate, "2400");
-    statusFlags = STATUS_AR3000A_MODE;
-    fake.answers.push_back(0);
-    ApplyGpsDiffMode();
-    EXPECT_EQ("<< Error setting GPS differential configuration >>", fake.statusLines.back());
-    EXPECT_EQ(STATUS_AR3000A_MODE, statusFlags);
-
-    fake.portOpen = false;
-    fake.answers.push_back(1);
-    ApplyGpsDiffMode();
-    EXPECT_EQ(STATUS_GPS_DIFF_MODE, statusFlags);  // kept although the send failed
-    EXPECT_EQ(2, CountStatus("<< Error setting GPS differential configuration >>"));
-
-    fake.portOpen = true;
-    ApplyGpsDiffMode();  // already on: nothing to ask
-    EXPECT_EQ(std::vector<std::string>{"GD 1 2400"}, FramesSent());
-    WriteSetting(KeyGpsDiffEnable, "0");
-    ApplyGpsDiffMode();
-    EXPECT_EQ((std::vector<std::string>{"GD 1 2400", "GD 0 0"}), FramesSent());
-    EXPECT_EQ(0u, statusFlags);
-    EXPECT_EQ(2u, fake.questions.size());
 }
 
 }  // namespace

@@ -125,31 +125,6 @@ TEST_F(CalFile, BadOrMissingFilesFailAndLeaveTheTable) {
     }
 }
 
-// The status lines show the name after the last "\" unless STATUS_FULL_PATH
-// is set; message boxes always show the whole path.
-TEST_F(CalFile, StatusLinesShowTheDisplayName) {
-    std::string folder = TempTestPath("calfolder");
-#ifdef _WIN32
-    _mkdir(folder.c_str());
-#endif
-    std::string path = folder + "\\Survey A.CAL";
-    FillWithMarkers(0);
-    ASSERT_EQ(WriteCalFile(path.c_str(), 0), 1);
-    ASSERT_EQ(ReadCalFile(path.c_str(), 1), 1);
-    statusFlags |= STATUS_FULL_PATH;
-    ASSERT_EQ(ReadCalFile(path.c_str(), 1), 1);
-    EXPECT_EQ(
-        fake.statusLines,
-        std::vector<std::string>(
-            {"Writing calibration file 'Survey A.CAL'", "Written calibration file 'Survey A.CAL'",
-             "Reading calibration file 'Survey A.CAL'", "Read calibration file 'Survey A.CAL'",
-             "Reading calibration file '" + path + "'", "Read calibration file '" + path + "'"}));
-    remove(path.c_str());
-#ifdef _WIN32
-    _rmdir(folder.c_str());
-#endif
-}
-
 // ---- WriteCalFile ----------------------------------------------------------------
 
 TEST_F(CalFile, WriterLaysOutTheFormatAndReplacesTheFile) {
@@ -207,56 +182,6 @@ TEST_F(CalFile, TextCopyOfAnEmptyCurveWithNoFileName) {
     EXPECT_EQ(ReadFileBytes(path, "r"), expected);
     EXPECT_NE(ReadFileBytes(path, "r").find("\n007\t7.000\n"), std::string::npos);
     EXPECT_EQ(fake.busy, 0);
-    remove(path.c_str());
-}
-
-TEST_F(CalFile, TextCopyWithAFileShowsItsLastEditedTime) {
-    std::string cal = TempTestPath("edited.cal");
-    ASSERT_EQ(1, WriteFileBytes(cal, ReadFileBytes(DataFile("good.cal"))));
-    struct utimbuf times = {1614675907, 1614675907};
-    ASSERT_EQ(utime(cal.c_str(), &times), 0);
-    WriteSetting(KeyCalibrationFile[2], cal.c_str());
-    ASSERT_EQ(ReadCalFile(cal.c_str(), 2), 1);
-    BuildChannelLookup(2);
-    fake.now = 1614675907u + 86400u;
-    fake.statusLines.clear();
-    std::string path = TempTestPath("edited.txt");
-    fake.chosenFiles.push_back(path);
-    CopyCalibrationToText(2);
-    EXPECT_EQ(fake.statusLines, std::vector<std::string>{"Calibration text file(Ch3)"});
-    std::string text = ReadFileBytes(path, "r");
-    std::string head =
-        "VELDOR calibration data for channel 3\nCreated Wed Mar 03 09:05:07 2021\n\n"
-        "Calibration file " +
-        cal +
-        "\nLast edited Tue Mar 02 09:05:07 2021\n\n"
-        "Power\tValue\n010\t5.000\n020\t15.000\n200\t-2.500\n\n"
-        "Lookup table created: Tue Mar 02 09:05:07 2021\n\n\nIndex\tValue\n000\t5.000\n";
-    EXPECT_EQ(text.substr(0, head.size()), head);
-    // 015 + 80/180 x -17.5 at index 100; the last line ends the file; 256 index lines.
-    for (const char* l : {"\n011\t6.000\n", "\n019\t14.000\n", "\n100\t7.222\n"})
-        EXPECT_NE(text.find(l), std::string::npos) << l;
-    EXPECT_EQ(text.rfind("255\t-2.500\n") + strlen("255\t-2.500\n"), text.size());
-    size_t lines = 0;
-    for (char ch : text.substr(text.find("Index\tValue\n")))
-        if (ch == '\n') lines++;
-    EXPECT_EQ(lines, 257u);
-    remove(path.c_str());
-
-    // A named file that is gone: no "Last edited", its name as the lookup's time.
-    remove(cal.c_str());
-    WriteSetting(KeyCalibrationFile[3], cal.c_str());
-    fake.now = 1700000000u;
-    fake.statusLines.clear();
-    fake.chosenFiles.push_back(path);
-    CopyCalibrationToText(3);
-    text = ReadFileBytes(path, "r");
-    EXPECT_EQ(fake.statusLines, std::vector<std::string>{"Calibration text file (Ch4)"});
-    head =
-        "VELDOR calibration data for channel 4\nCreated Tue Nov 14 22:13:20 2023\n\n"
-        "Calibration file " +
-        cal + "\nPower\tValue\n\nLookup table created: " + cal + "\n\nIndex\tValue\n";
-    EXPECT_EQ(text.substr(0, head.size()), head);
     remove(path.c_str());
 }
 

@@ -252,32 +252,4 @@ TEST_F(CalLookup, StartupReadsEachChannelsFileInTurnOrTheDefaultCurve) {
     for (const std::string& path : {ch1, empty, bad}) remove(path.c_str());
 }
 
-// With no name in the settings the path is "<appDirectory>\Default.cal" and
-// serves every such channel. Natively that backslash is part of a file name,
-// so the test makes exactly that name; under Windows it is a folder.
-TEST_F(CalLookup, DefaultCalInAppDirectoryServesEveryChannelWithoutAName) {
-    std::string folder = TempTestPath("app");
-#ifdef _WIN32
-    _mkdir(folder.c_str());
-#endif
-    snprintf(appDirectory, sizeof appDirectory, "%s", folder.c_str());
-    std::string path = folder + "\\Default.cal", own = TempTestPath("own.cal");
-    ASSERT_EQ(1, WriteFileBytes(path, CalFileBytes(1, {{100, 7.5f}})));
-    ASSERT_EQ(1, WriteFileBytes(own, CalFileBytes(2, {{10, 5.0f}, {20, 15.0f}})));
-    WriteSetting(KeyCalibrationFile[2], own.c_str());
-    LoadStartupCalibration();
-    EXPECT_TRUE(fake.messageBoxes.empty());
-    for (int c : {0, 1, 3}) {
-        EXPECT_EQ(CalTable[c].count, 1) << c;
-        for (int i = 0; i < 256; i++) EXPECT_EQ(ChannelLookup[c][i], 7.5f) << c << " " << i;
-    }
-    EXPECT_EQ(ChannelLookup[2][15], 10.0f);
-    EXPECT_EQ(CountStatus("Read calibration file 'Default.cal'"), 3);
-    remove(path.c_str());
-    remove(own.c_str());
-#ifdef _WIN32
-    _rmdir(folder.c_str());
-#endif
-}
-
 }  // namespace

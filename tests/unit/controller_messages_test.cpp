@@ -112,50 +112,6 @@ TEST_F(ControllerMessages, RetransmitsAtMostFiveTimes) {
     EXPECT_TRUE(fake.wire.empty());
 }
 
-TEST_F(ControllerMessages, WatchdogKeepAliveAndStaleData) {
-    // Twelve silent ticks: the loss is logged once.
-    for (int i = 0; i < 20; i++) LinkTick();
-    EXPECT_EQ(1, CountStatus("No communications from controller"));
-    Receive(Frame("KA"));
-    EXPECT_EQ(1, CountStatus("Communication from controller returned"));
-    Receive(Frame("KA"));
-    EXPECT_EQ(1, CountStatus("Communication from controller returned"));
-
-    // While data are stale, "OP 1" goes out every tick, which keeps "KA" away.
-    fake.wire.clear();
-    for (int i = 0; i < 6; i++) LinkTick();
-    EXPECT_EQ(std::vector<std::string>(6, "OP 1"), FramesSent());
-
-    // With data flowing, "KA" after five ticks without a frame sent.
-    fake.wire.clear();
-    fake.windowExists[WINDOW_LISTING] = true;
-    HandleControllerMessage("RA 1 2 3 4 0");
-    keepAliveTicks = 5;
-    for (int i = 0; i < 5; i++) LinkTick();
-    EXPECT_EQ(std::vector<std::string>{"KA"}, FramesSent());
-    // Ten ticks after the last data, the live row is repainted with erase
-    // and "OP 1" follows from the next tick on.
-    fake.wire.clear();
-    fake.repaints.clear();
-    for (int i = 0; i < 5; i++) LinkTick();
-    EXPECT_EQ(0, liveState.dataValidTicks);
-    ASSERT_EQ(1u, fake.repaints.size());
-    EXPECT_EQ(1, fake.repaints[0].erase);
-    EXPECT_EQ(std::vector<std::string>{"KA"}, FramesSent());
-    LinkTick();
-    EXPECT_EQ((std::vector<std::string>{"KA", "OP 1"}), FramesSent());
-
-    // With the port closed the link timers stand still; data still go stale.
-    fake.portOpen = false;
-    commsWatchdogTicks = 1;
-    keepAliveTicks = 1;
-    liveState.dataValidTicks = 1;
-    LinkTick();
-    EXPECT_EQ(1, commsWatchdogTicks);
-    EXPECT_EQ(1, keepAliveTicks);
-    EXPECT_EQ(0, liveState.dataValidTicks);
-}
-
 TEST_F(ControllerMessages, SelfTestReport) {
     fake.windowExists[WINDOW_GPS] = true;
     HandleControllerMessage("ET 6 384");  // 0x0180: ROM once

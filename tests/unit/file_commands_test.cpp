@@ -12,10 +12,6 @@
 
 namespace {
 
-std::string TestFile(const char* name) {
-    return TestDataPath(std::string("datafiles/") + name);
-}
-
 long FileSize(const std::string& path) {
     return (long)ReadFileBytes(path).size();
 }
@@ -33,47 +29,6 @@ protected:
         statusFlags = STATUS_FULL_PATH;
     }
 };
-
-TEST_F(FileCommands, OpenAsksToSaveThenReads) {
-    std::string saved = TempTestPath("before-open.dat");
-    snprintf(dataFileName, PathSize, "%s", saved.c_str());
-    recordCount = 2;
-    statusFlags |= STATUS_CHANGED;
-    fake.answers = {1};
-    std::string v12 = TestFile("v1_2.dat");
-    fake.chosenFiles = {v12};
-    FileOpen();
-    EXPECT_EQ(std::vector<std::string>{SaveQuestion}, fake.questions);
-    EXPECT_EQ(1223 + 2 * 18, FileSize(saved));  // saved before the chooser
-    EXPECT_EQ(std::vector<int>{CHOOSE_OPEN_DATA}, fake.chooseModes);
-    EXPECT_EQ(3, recordCount);
-    EXPECT_EQ(2, tagCount);
-    EXPECT_STREQ(v12.c_str(), dataFileName);
-    EXPECT_EQ(Caption(v12), fake.caption);
-    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
-    remove(saved.c_str());
-
-    // Answered No: not saved, and the flag is cleared all the same. Cancelled:
-    // the data stay, without a name, under the old caption.
-    statusFlags |= STATUS_CHANGED;
-    fake.answers = {0};
-    FileOpen();
-    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
-    EXPECT_EQ("No file selected", fake.statusLines.back());
-    EXPECT_EQ(3, recordCount);
-    EXPECT_STREQ("", dataFileName);
-    EXPECT_EQ(Caption(v12), fake.caption);
-
-    // A file that fails: no records, no name, plain caption; the tags of a
-    // file with the wrong magic stay.
-    fake.chosenFiles = {TestFile("wrong_magic.dat")};
-    FileOpen();
-    EXPECT_EQ(0, recordCount);
-    EXPECT_EQ(2, tagCount);
-    EXPECT_STREQ("", dataFileName);
-    EXPECT_EQ("VELDOR", fake.caption);
-    EXPECT_EQ(2u, fake.questions.size());  // the second Open asked, the third did not
-}
 
 TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
     FileSave();  // no records: nothing at all
@@ -111,32 +66,6 @@ TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
     EXPECT_TRUE(statusFlags & STATUS_CHANGED);
     EXPECT_STREQ(bad.c_str(), dataFileName);
     EXPECT_EQ(std::vector<std::string>{"Error opening file, data not saved"}, fake.messageBoxes);
-    remove(path.c_str());
-}
-
-TEST_F(FileCommands, SaveAsWorksWithAnEmptyStore) {
-    std::string path = TempTestPath("saveas.dat");
-    statusFlags |= STATUS_CHANGED;
-    fake.chosenFiles = {path};
-    FileSaveAs();
-    EXPECT_EQ(1223, FileSize(path));
-    EXPECT_EQ(Caption(path), fake.caption);
-    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
-
-    // Cancelled: the name is gone, the caption still shows it.
-    statusFlags |= STATUS_CHANGED;
-    FileSaveAs();
-    EXPECT_STREQ("", dataFileName);
-    EXPECT_EQ(Caption(path), fake.caption);
-    EXPECT_EQ("No file selected", fake.statusLines.back());
-    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
-
-    // Failed: no name, plain caption, the flag stays.
-    fake.chosenFiles = {TempTestPath("no-folder/y.dat")};
-    FileSaveAs();
-    EXPECT_STREQ("", dataFileName);
-    EXPECT_EQ("VELDOR", fake.caption);
-    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
     remove(path.c_str());
 }
 

@@ -114,27 +114,4 @@ TEST_F(GpsCommands, ResetAndSelfTestAnsweredNoSendNothing) {
     EXPECT_EQ(std::vector<int>{ICON_QUESTION}, fake.messageIcons);
 }
 
-TEST_F(GpsCommands, OpeningFields) {
-    fake.now = 1614675907u;  // 2 March 2021 09:05:07
-    WriteSetting(KeyGpsUtcOffset, "-20");
-    WriteSetting(KeyGpsLatNS, "n");  // only a capital N means North
-    WriteSetting(KeyGpsLatDeg, "95");
-    WriteSetting(KeyGpsLatMin, "-70");
-    WriteSetting(KeyGpsLatSec, "75.5");
-    WriteSetting(KeyGpsLongDeg, "-200");
-    WriteSetting(KeyGpsLongSec, "-12.3456");
-    GpsBoxFields f;
-    LoadGpsBoxFields(&f);
-    EXPECT_EQ("9:05:07 2/3/2021", std::string(f.time.hour) + ":" + f.time.minute + ":" +
-                                      f.time.second + " " + f.date.day + "/" + f.date.month + "/" +
-                                      f.date.year);
-    EXPECT_EQ(std::vector<std::string>({"-12", "90", "-59", "59.000", "-180", "0", "-12.346"}),
-              std::vector<std::string>({f.time.utcOffset, f.latitude.degrees, f.latitude.minutes,
-                                        f.latitude.seconds, f.longitude.degrees,
-                                        f.longitude.minutes, f.longitude.seconds}));
-    EXPECT_EQ(1, f.latitude.southOrWest);
-    EXPECT_EQ(0, f.latitude.northOrEast);
-    EXPECT_EQ(1, f.longitude.northOrEast);  // "Long E/W" defaults to "E"
-}
-
 }  // namespace

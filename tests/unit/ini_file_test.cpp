@@ -145,33 +145,6 @@ TEST(IniFile, WriteChangesOnlyItsKey) {
     EXPECT_EQ(ReadFileBytes(nowhere + "/x.ini"), "<missing>");
 }
 
-TEST(IniFile, GarbageAndLargeFilesAreReadAndKept) {
-    ScratchFiles files;
-    std::string path = files.Path("garbage.ini");
-    std::string garbage = Bytes("\x01\xff\0[\x80=]=\0\0");
-    garbage += std::string(3000, 'x') + "=1\n[S]\nk=";
-    garbage += std::string(5000, '7');  // an over-long value, no line end
-    Put(path, garbage);
-    EXPECT_EQ(IniGetInt("S", "Missing", 5, path.c_str()), 5);
-    EXPECT_EQ(IniGetInt("S", "k", 5, path.c_str()), -775480207);  // 29 sevens, wrapped
-    EXPECT_EQ(Text("S", "k", "d", 12, path), "77777777777");
-    EXPECT_EQ(IniWriteString("S", "j", "2", path.c_str()), 1);
-    EXPECT_EQ(ReadFileBytes(path), garbage + "\nj=2\n");
-    EXPECT_EQ(IniWriteString("S", "k", "3", path.c_str()), 1);
-    EXPECT_EQ(ReadFileBytes(path), garbage.substr(0, garbage.size() - 5000) + "3\nj=2\n");
-
-    // A large file: the last key is found and a write in the middle keeps the rest.
-    std::string big;
-    for (int i = 0; i < 20000; i++)
-        big += "[S" + std::to_string(i) + "]\r\nKey=" + std::to_string(i) + "\r\n";
-    Put(path, big);
-    EXPECT_EQ(IniGetInt("S19999", "Key", -1, path.c_str()), 19999);
-    EXPECT_EQ(IniWriteString("S100", "Key", "x", path.c_str()), 1);
-    std::string expected = big;
-    expected.replace(expected.find("Key=100\r\n"), 9, "Key=x\r\n");
-    EXPECT_TRUE(ReadFileBytes(path) == expected);  // no diff print of half a megabyte
-}
-
 // clang-format off
 const IntSetting* const kIntSettings[] = {
     &KeyMainOriginX, &KeyMainOriginY, &KeyMainWidth, &KeyMainHeight, &KeyMainMaximised,

@@ -127,32 +127,6 @@ TEST_F(ListingViewTest, RightClickRow) {
     EXPECT_EQ(7, CountStatus("Listing popup menu"));
 }
 
-TEST_F(ListingViewTest, DeleteRecordMovesRowsTagsAndTimes) {
-    struct { int records, row; std::vector<uint32_t> times; std::vector<int32_t> tags; } cases[] = {
-        {5, 7, {100, 101, 102, 103}, {1, 3, 4}},  // under the last row: its tag stays
-        {5, -1, {100, 101, 102, 103, 104}, {1, 3, 4}},
-        {0, 0, {}, {1, 3, 4}},
-    };
-    for (auto& c : cases) {
-        ResetFakeWorld();
-        fake.windowExists[WINDOW_LISTING] = fake.windowExists[WINDOW_TAGS] = true;
-        Fill(c.records);
-        for (int i = 0; i < c.records; i++) recordStore.rows[i].time = 100 + i;
-        tagCount = 3, tagRecord[0] = 1, tagRecord[1] = 3, tagRecord[2] = 4;
-        listingPopupRow = c.row;
-        SCOPED_TRACE(c.row);
-        EXPECT_EQ(LISTING_COMMAND_DONE, ListingCommand(IDM_LISTING_DELETE));
-        std::vector<uint32_t> times;
-        for (int i = 0; i < recordCount; i++) times.push_back(recordStore.rows[i].time);
-        EXPECT_EQ(c.times, times);
-        EXPECT_EQ(c.tags, std::vector<int32_t>(tagRecord, tagRecord + tagCount));
-        int deleted = (int)c.times.size() < c.records;
-        EXPECT_TRUE(CountStatus("Delete record") == deleted && fake.busy == 0 &&
-                    (int)fake.notifications.size() == deleted &&
-                    ((statusFlags & STATUS_CHANGED) != 0) == deleted);
-    }
-}
-
 TEST_F(ListingViewTest, StatisticsText) {
     strcpy(dataFileName, "C:\\SURVEYS\\RUN1.DAT");
     recordingParams.startTime = 1700000000u;

@@ -151,34 +151,6 @@ TEST_F(PlotGeometry, ZoomInAndOut) {
     EXPECT_EQ(1296000000, plotView.scale);
 }
 
-TEST_F(PlotGeometry, AutoZoom) {
-    AddAt(-115200000, 417600000);
-    AddAt(-115100000, 417900000);
-    AddAt(-115150000, 417700000);
-    EXPECT_EQ(ZoomChanged, PlotZoomAuto());
-    EXPECT_EQ(500, plotView.scale);
-    ExpectCentre(-115150000, 417750000);
-    EXPECT_EQ(68, plotView.verticalScrollPos);
-    EXPECT_EQ(82, plotView.horizontalScrollPos);
-    EXPECT_EQ(1, CountStatus("Plot auto zoom"));
-    EXPECT_EQ(0, fake.busy);
-
-    // m = dLon / 798 decides: m 0 gives 1, m 2 gives 2, m 3 gives 4.
-    recordCount = 2;
-    recordStore.rows[1].latitude = -115200000;
-    const int32_t spans[][2] = {{700, 1}, {2 * 798, 2}, {3 * 798 + 797, 4}};
-    for (const auto& s : spans) {
-        recordStore.rows[1].longitude = 417600000 + s[0];
-        EXPECT_EQ(ZoomChanged, PlotZoomAuto());
-        EXPECT_EQ(s[1], plotView.scale);
-        EXPECT_EQ(417600000 + s[0] / 2, plotView.centreLongitude);
-    }
-    recordStore.rows[1].longitude = 417600000;  // one place
-    EXPECT_EQ(ZoomChanged, PlotZoomAuto());
-    EXPECT_EQ(1, plotView.scale);
-    ExpectCentre(-115200000, 417600000);
-}
-
 TEST_F(PlotGeometry, AutoZoomRefusals) {
     plotView.scale = 77;
     PlotLayout(0, 0);

@@ -26,25 +26,6 @@ protected:
     }
 };
 
-TEST_F(RecordingEngine, TimeModeStoresEveryIntervalTicks) {
-    recordIntervalSeconds = 5;
-    StartRecording();
-    int firstTick = 0, secondTick = 0;
-    for (int tick = 1; tick <= 10; tick++) {
-        Tick(1);
-        if (recordCount == 1 && !firstTick) firstTick = tick;
-        if (recordCount == 2 && !secondTick) secondTick = tick;
-    }
-    EXPECT_EQ(5, firstTick);
-    EXPECT_EQ(10, secondTick);
-    Tick(2);  // another timer does nothing
-    EXPECT_EQ(2, recordCount);
-
-    StopRecording();
-    for (int i = 0; i < 10; i++) Tick(1);
-    EXPECT_EQ(2, recordCount);
-}
-
 TEST_F(RecordingEngine, StoreGauge) {
     const std::pair<int, const char*> gauges[] = {
         {0, "0 %"}, {2000, "12.50 %"}, {1, "0.01 %"}, {16000, "100.00 %"}};
@@ -146,51 +127,6 @@ TEST_F(RecordingEngine, AutosaveCountsRecordingTicksOnly) {
     Tick(1);
     EXPECT_EQ(3u, fake.frameCommands.size());
     EXPECT_EQ(300, autosaveTicks);
-}
-
-TEST_F(RecordingEngine, AutosaveWithoutAFileName) {
-    statusFlags |= STATUS_AUTOSAVE;
-    WriteSetting(KeyAutosaveEnable, "1");
-    fake.answers.push_back(0);  // No: no file name wanted
-    StartRecording();
-    EXPECT_EQ(1u, fake.questions.size());
-    EXPECT_EQ(
-        "Autosave is enabled but no filename is defined\n\nDo you want to specify a filename?",
-        fake.questions[0]);
-    EXPECT_FALSE(statusFlags & STATUS_AUTOSAVE);
-    EXPECT_EQ(0, ReadSetting(KeyAutosaveEnable));
-    EXPECT_TRUE(statusFlags & STATUS_RECORDING);
-    StopRecording();
-
-    // Yes and a name: the caption names the file and autosave stays armed.
-    statusFlags |= STATUS_AUTOSAVE | STATUS_CHANGED;
-    fake.answers.push_back(1);
-    fake.chosenFiles.push_back("C:\\data\\run1.DAT");
-    StartRecording();
-    EXPECT_STREQ("C:\\data\\run1.DAT", dataFileName);
-    EXPECT_EQ("VELDOR [ run1.DAT ]", fake.caption);
-    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
-    EXPECT_TRUE(statusFlags & STATUS_AUTOSAVE);
-    StopRecording();
-
-    // Yes and a cancelled dialog: autosave off, setting untouched.
-    dataFileName[0] = '\0';
-    WriteSetting(KeyAutosaveEnable, "1");
-    fake.answers.push_back(1);
-    StartRecording();
-    EXPECT_FALSE(statusFlags & STATUS_AUTOSAVE);
-    EXPECT_EQ(1, ReadSetting(KeyAutosaveEnable));
-    StopRecording();
-
-    // Armed with no name at the tick (e.g. the name was forgotten since).
-    statusFlags |= STATUS_AUTOSAVE;
-    statusFlags |= STATUS_RECORDING;
-    autosaveTicks = 1;
-    size_t saves = fake.frameCommands.size();
-    Tick(1);
-    EXPECT_EQ("Could not autosave as no filename", fake.statusLines.back());
-    EXPECT_FALSE(statusFlags & STATUS_AUTOSAVE);
-    EXPECT_EQ(saves, fake.frameCommands.size());
 }
 
 }  // namespace

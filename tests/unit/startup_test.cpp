@@ -105,15 +105,6 @@ TEST_F(Startup, StoredKeysAreTaken) {
                              STATUS_TZR_MODE | STATUS_AR3000A_MODE));
 }
 
-TEST_F(Startup, FirstRunLayoutHappensOnceOnlyWhenAskedFor) {
-    EXPECT_EQ(0, TakeFirstRunLayout());
-    EXPECT_EQ("<absent>", StoredSetting("Setup", "Status"));
-    WriteSetting(KeySetupStatus, "1");
-    EXPECT_EQ(1, TakeFirstRunLayout());
-    EXPECT_EQ("2", StoredSetting("Setup", "Status"));
-    EXPECT_EQ(0, TakeFirstRunLayout());
-}
-
 TEST_F(Startup, FrameIsKeptOnTheScreen) {
     const int none = SettingNotStored;
     const struct {
@@ -130,34 +121,6 @@ TEST_F(Startup, FrameIsKeptOnTheScreen) {
         FramePlace p = PlaceFrame(c.stored, 1024, 768);
         EXPECT_EQ(std::vector<int>({c.x, c.y, c.width}), std::vector<int>({p.x, p.y, p.width}));
     }
-}
-
-TEST_F(Startup, ExitWritesWindowStateByFrameState) {
-    fake.windowExists[WINDOW_LISTING] = true;
-    fake.windowExists[WINDOW_TAGS] = true;
-    chartChannel = 2;
-    plotChannel = 0;
-    WriteSetting(KeyMainOriginX, "33");
-    auto place = [] {
-        std::vector<std::string> values;
-        for (const char* key : {"Maximised", "Origin X", "Origin Y", "Width", "Height"})
-            values.push_back(StoredSetting("Main window", key));
-        return values;
-    };
-    using Texts = std::vector<std::string>;
-    WriteExitSettings(FrameExitState{0, 1, {1, 2, 3, 4}});
-    EXPECT_EQ(Texts({"1", "0", "0", "1", "3", "1"}),
-              Texts({StoredSetting("Main window", "Show listing"),
-                     StoredSetting("Main window", "Show plot"),
-                     StoredSetting("Main window", "Show chart"),
-                     StoredSetting("Main window", "Show tags"), StoredSetting("Chart", "Channel"),
-                     StoredSetting("Plot", "Channel")}));
-    // Maximised: the place is kept; minimised: untouched.
-    EXPECT_EQ(Texts({"1", "33", "<absent>", "<absent>", "<absent>"}), place());
-    WriteExitSettings(FrameExitState{1, 0, {1, 2, 3, 4}});
-    EXPECT_EQ(Texts({"1", "33", "<absent>", "<absent>", "<absent>"}), place());
-    WriteExitSettings(FrameExitState{0, 0, {-4, 12, 640, 480}});
-    EXPECT_EQ(Texts({"0", "-4", "12", "640", "480"}), place());
 }
 
 }  // namespace
