@@ -16,46 +16,6 @@ protected:
     }
 };
 
-TEST_F(ControllerMessages, ReadingsAndPosition) {
-    for (int w : {WINDOW_LISTING, WINDOW_PLOT}) fake.windowExists[w] = true;
-    EXPECT_EQ(1, HandleControllerMessage("RA 300 0 255 7 3"));
-    EXPECT_EQ(44, liveState.liveReadings[0]);  // low 8 bits of 300
-    EXPECT_EQ(255, liveState.liveReadings[2]);
-    EXPECT_EQ(3, liveState.liveAccessoryChannel);
-    EXPECT_EQ(10, liveState.dataValidTicks);
-    ASSERT_EQ(1u, fake.repaints.size());  // Plot only with "Plot Current Position"
-    EXPECT_EQ(AREA_LISTING_LIVE_ROW, fake.repaints[0].area);
-    EXPECT_EQ(0, fake.repaints[0].erase);
-
-    statusFlags |= STATUS_PLOT_POSITION;
-    fake.repaints.clear();
-    EXPECT_EQ(1, HandleControllerMessage("ra 1 2 3 4 0"));  // code in any case
-    EXPECT_EQ(1, liveState.liveReadings[0]);
-    ASSERT_EQ(2u, fake.repaints.size());
-    EXPECT_EQ(WINDOW_PLOT, fake.repaints[1].window);
-    EXPECT_EQ(1, fake.repaints[1].erase);
-
-    fake.repaints.clear();
-    liveState.dataValidTicks = 0;
-    EXPECT_EQ(1, HandleControllerMessage("RP -324000000 648000000"));
-    EXPECT_EQ(-324000000, liveState.liveLatitude);
-    EXPECT_EQ(648000000, liveState.liveLongitude);
-    EXPECT_EQ(10, liveState.dataValidTicks);
-    ASSERT_EQ(1u, fake.repaints.size());  // RP never touches the Plot
-    EXPECT_EQ(WINDOW_LISTING, fake.repaints[0].window);
-
-    // Missing numbers keep the last values.
-    EXPECT_EQ(1, HandleControllerMessage("RP 5"));
-    EXPECT_EQ(5, liveState.liveLatitude);
-    EXPECT_EQ(648000000, liveState.liveLongitude);
-    EXPECT_EQ(1, HandleControllerMessage("RA 9 8"));
-    EXPECT_EQ(9, liveState.liveReadings[0]);
-    EXPECT_EQ(8, liveState.liveReadings[1]);
-    EXPECT_EQ(3, liveState.liveReadings[2]);
-    EXPECT_EQ(1, HandleControllerMessage("RP"));
-    EXPECT_EQ(5, liveState.liveLatitude);
-}
-
 TEST_F(ControllerMessages, GpsStatusLogsOnlyChanges) {
     const struct {
         std::vector<const char*> messages;

@@ -84,26 +84,6 @@ TEST_F(GpsCommands, SetTimeAndDate) {
     EXPECT_EQ(1, CountStatus("Set GPS date command sent"));
 }
 
-TEST_F(GpsCommands, SetPosition) {
-    EXPECT_EQ("LG 651599998 | 59.998", Set(3, "180", "59", "59.998", ""));
-    char text[32];
-    ReadSetting(KeyGpsLongEW, text, sizeof text);
-    EXPECT_STREQ("E", text);
-    EXPECT_EQ("LG 0 | 0.000", Set(3, "0", "0", "-0", "", 0, 1));
-    EXPECT_EQ("LT 3660000 | 0.000", Set(2, "1", "1", "nan", ""));  // not a number: 0
-
-    EXPECT_EQ("Invalid north/south setting", Set(2, "1", "1", "1", "", 0, 0));
-    EXPECT_EQ("Invalid east/west setting", Set(3, "1", "1", "1", "", 0, 0));
-    EXPECT_EQ("Invalid degree value", Set(2, "91", "0", "0", ""));
-    EXPECT_EQ("Invalid degree value", Set(2, "-1", "0", "0", ""));
-    EXPECT_EQ("Invalid degree value", Set(3, "181", "0", "0", ""));
-    EXPECT_EQ("Invalid minute value", Set(2, "1", "60", "0", ""));
-    EXPECT_EQ("Invalid minute value", Set(3, "1", "-1", "0", ""));
-    EXPECT_EQ("Invalid second value", Set(3, "1", "1", "-0.001", ""));
-    ReadSetting(KeyGpsLatNS, text, sizeof text);
-    EXPECT_STREQ("N", text);
-}
-
 TEST_F(GpsCommands, ResetAndSelfTestAnsweredNoSendNothing) {
     fake.answers = {0, 0, 1};
     EXPECT_EQ(0, GpsReset());

@@ -37,21 +37,6 @@ struct ListingViewTest : ::testing::Test {
     }
 };
 
-TEST_F(ListingViewTest, ColumnEdgesAndLayout) {
-    const int32_t lefts[7] = {0, 201, 402, 603, 703, 804, 904};  // x(2) = 201, not 2 * x(1)
-    for (int k = 0; k < 7; k++)  // all strips run from 12 to 52, as the areas below
-        EXPECT_TRUE(listingColumns[k].left == lefts[k] &&
-                    listingColumns[k].right == (k < 6 ? lefts[k + 1] : 1005)) << k;
-    struct { int area, ok; ViewRect rect; } cases[] = {
-        {AREA_LISTING_COLUMNS, 1, {0, 12, 1005, 52}}, {AREA_LISTING_INDEX, 1, {0, 12, 201, 52}},
-        {AREA_LISTING_LIVE_ROW, 1, {1, 53, 1004, 63}}, {AREA_WHOLE, 0, {0, 0, 0, 0}}};
-    for (auto& c : cases) {
-        ViewRect r{0, 0, 0, 0};
-        EXPECT_EQ(c.ok, ListingAreaRect(c.area, &r)) << c.area;
-        EXPECT_EQ(0, memcmp(&r, &c.rect, sizeof r)) << c.area;
-    }
-}
-
 TEST_F(ListingViewTest, PaintClampsTheTopRowAndDrawsOneRowMoreThanFits) {
     // The last row's cells end at the next row or, for the extra row, at the strip's end.
     struct { int records, top, clamped, rows; const char* first; int lastBottom; } cases[] = {

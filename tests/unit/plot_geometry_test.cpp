@@ -55,40 +55,6 @@ TEST_F(PlotGeometry, LayoutAndWorldScale) {
     EXPECT_EQ(1296000000, PlotWorldScale());
 }
 
-TEST_F(PlotGeometry, ProjectionAndVisibility) {
-    plotView.scale = 100;
-    EXPECT_EQ(316, PlotToPixel(99, 0).y);
-    EXPECT_EQ(316, PlotToPixel(-99, 0).y);
-    EXPECT_EQ(315, PlotToPixel(100, 0).y);
-    EXPECT_EQ(317, PlotToPixel(-100, 0).y);
-    EXPECT_EQ(400, PlotToPixel(0, -99).x);
-    EXPECT_EQ(401, PlotToPixel(0, 100).x);
-    EXPECT_EQ(398, PlotToPixel(0, -299).x);
-
-    plotView.centreLatitude = -115150000;
-    plotView.centreLongitude = 417750000;
-    plotView.scale = 500;
-    PlotPosition corner = PlotFromPixel(1, 34);
-    EXPECT_EQ(-115150000 + 282 * 500, corner.latitude);
-    EXPECT_EQ(417750000 - 399 * 500, corner.longitude);
-    const PlotPixel pixels[] = {{1, 34}, {798, 598}, {123, 456}};
-    for (const PlotPixel& p : pixels) {
-        PlotPosition pos = PlotFromPixel(p.x, p.y);
-        PlotPixel back = PlotToPixel(pos.latitude, pos.longitude);
-        EXPECT_EQ(p.x, back.x);
-        EXPECT_EQ(p.y, back.y);
-    }
-    plotView.scale = 0;  // before the first repaint: the centre
-    EXPECT_EQ(-115150000, PlotFromPixel(700, 40).latitude);
-
-    EXPECT_TRUE(PlotPixelVisible(1, 34));
-    EXPECT_TRUE(PlotPixelVisible(798, 598));
-    EXPECT_FALSE(PlotPixelVisible(799, 300));
-    EXPECT_FALSE(PlotPixelVisible(400, 599));
-    EXPECT_FALSE(PlotPixelVisible(0, 300));
-    EXPECT_FALSE(PlotPixelVisible(400, 33));
-}
-
 TEST_F(PlotGeometry, ExtremePositionsNeverWrapIntoView) {
     plotView.scale = 1;
     plotView.centreLongitude = -648000000;

@@ -136,23 +136,4 @@ TEST_F(PlotViewTest, SuspendsOnlyWhenRecordingAndTooSlow) {
     }
 }
 
-TEST_F(PlotViewTest, ButtonFacesAndChannelChoice) {
-    int previous = -1;
-    EXPECT_EQ(IDB_CH2_OFF, PlotButtonFace(1, 0));  // no records
-    EXPECT_EQ(0, PlotChooseChannel(1, &previous));
-    EXPECT_EQ(IDB_ZOOM_IN_OFF, PlotButtonFace(6, 0));
-    liveState.dataValidTicks = 1;
-    EXPECT_EQ(IDB_ZOOM_IN_DOWN, PlotButtonFace(6, 1));
-    EXPECT_EQ(IDB_ZOOM_AUTO_OFF, PlotButtonFace(8, 0));
-    EXPECT_EQ(IDB_COLOURS_DOWN, PlotButtonFace(9, 1));
-
-    AddAt(100, 91, 0);
-    EXPECT_EQ(IDB_CH1_DOWN, PlotButtonFace(0, 0));
-    EXPECT_EQ(0, PlotChooseChannel(0, &previous));  // already chosen
-    EXPECT_EQ(1, PlotChooseChannel(1, &previous));
-    EXPECT_EQ(0, previous);
-    EXPECT_EQ(IDB_CH2_DOWN, PlotButtonFace(1, 0));
-    EXPECT_EQ(IDB_CH1_UP, PlotButtonFace(0, 0));
-}
-
 }  // namespace

@@ -87,26 +87,6 @@ TEST_F(PrintListing, Header) {
     }
 }
 
-TEST_F(PrintListing, LineMetrics) {
-    const char* font = "Printer default font is invalid";
-    const char* page = "Printer reports that it has\nless than one line per page";
-    // clang-format off
-    struct Case { int32_t height, leading, page; int refusal; const char* message; int32_t lines; };
-    const Case cases[] = {
-        {40, 2, 3000, PRINT_METRICS_OK, nullptr, 70}, {1, 0, 2, PRINT_METRICS_OK, nullptr, 1},
-        {0, 0, 3000, PRINT_FONT_INVALID, font, 0}, {5, -5, 3000, PRINT_FONT_INVALID, font, 0},
-        {2147483647, 1, 3000, PRINT_PAGE_TOO_SHORT, page, -1},  // no wrap to a negative height
-        {40, 0, 79, PRINT_PAGE_TOO_SHORT, page, 0},
-    };
-    // clang-format on
-    for (const Case& c : cases) {
-        PrintLineMetrics m = MeasurePrintLines(c.height, c.leading, c.page);
-        EXPECT_EQ(c.refusal, m.refusal) << c.height << " " << c.page;
-        EXPECT_STREQ(c.message, m.message);
-        EXPECT_EQ(c.lines, m.linesPerPage);
-    }
-}
-
 TEST_F(PrintListing, PageBreaks) {
     // clang-format off
     struct Case { int32_t firstLine, linesPerPage, records; std::vector<int32_t> starts; };

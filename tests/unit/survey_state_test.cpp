@@ -14,29 +14,6 @@ protected:
     void SetUp() override { ResetFakeWorld(); }
 };
 
-TEST_F(SurveyState, AddRecordFlagsFollowTheLink) {
-    liveState.liveLatitude = 185400000;
-    liveState.liveLongitude = -3600000;
-    for (int c = 0; c < 4; c++) liveState.liveReadings[c] = (uint8_t)(10 * (c + 1));
-    liveState.gpsStatus = 0x24;  // fix and differential
-    liveState.dataValidTicks = 3;
-    liveState.liveAccessoryChannel = 7;
-    ASSERT_EQ(1, AddRecord(RECORD_KIND_LIVE));
-    EXPECT_EQ(RECORD_HAS_CHANNEL | RECORD_LIVE | RECORD_GPS_FIX | RECORD_GPS_DIFF,
-              recordStore.rows[0].flags);
-
-    // Stale data and no channel: RECORD_LIVE clear, last values kept, the
-    // channel byte left as it was.
-    recordStore.rows[1].accessoryChannel = 99;
-    liveState.dataValidTicks = 0;
-    liveState.liveAccessoryChannel = 0;
-    liveState.gpsStatus = 0x10;
-    ASSERT_EQ(1, AddRecord(7));  // an unknown kind behaves as live
-    EXPECT_EQ(RECORD_GPS_FIX, recordStore.rows[1].flags);
-    EXPECT_EQ(99, recordStore.rows[1].accessoryChannel);
-    EXPECT_EQ(185400000, recordStore.rows[1].latitude);
-}
-
 TEST_F(SurveyState, AveragingUsesTheHistoryAndEmptiesIt) {
     statusFlags = STATUS_RECORDING | STATUS_AVERAGING;
     liveState.liveLatitude = 777;
@@ -158,20 +135,6 @@ TEST_F(SurveyState, ClearRecords) {
     statusFlags &= ~STATUS_CHANGED;
     ClearRecords();
     EXPECT_EQ(1u, fake.questions.size());
-}
-
-TEST_F(SurveyState, RemoveRecordTagsKeepsTagsOnTheirRecords) {
-    const int records[] = {3, 5, 5, 9, 1, 5};
-    for (int i = 0; i < 6; i++) {
-        tagRecord[i] = records[i];
-        snprintf(tagText[i], TagTextSize, "t%d", i);
-    }
-    tagCount = 6;
-    RemoveRecordTags(5);
-    ASSERT_EQ(3, tagCount);
-    EXPECT_EQ(std::vector<int>({3, 8, 1}), std::vector<int>(tagRecord, tagRecord + 3));
-    EXPECT_EQ(std::vector<std::string>({"t0", "t3", "t4"}),
-              std::vector<std::string>(tagText, tagText + 3));
 }
 
 }  // namespace

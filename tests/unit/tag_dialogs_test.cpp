@@ -97,22 +97,6 @@ TEST_F(TagDialogs, SortKeepsTagsOfOneRecordInOrderAndDeleteMovesLaterTagsDown) {
     EXPECT_TRUE(fake.repaints[0].area == AREA_LISTING_INDEX && fake.repaints[0].erase == 1);
 }
 
-TEST_F(TagDialogs, ShowMarksTheTagsRecordOnlyWhenItIsInTheStore) {
-    struct { int tagRecord, number, top, mark; } cases[] = {
-        {9, 0, 0, -1},  // the record has gone past the end of the store
-        {4, 1, 0, -1},  // no such tag
-    };
-    for (auto& c : cases) {
-        ResetFakeWorld();
-        recordCount = 6, listingRowCount = 3;
-        plotLocationRecord = chartLocationRecord = -1;
-        Tags({c.tagRecord});
-        ShowTagRecord(c.number);
-        EXPECT_EQ(c.top, listingTopIndex) << c.tagRecord;
-        EXPECT_TRUE(plotLocationRecord == c.mark && chartLocationRecord == c.mark) << c.tagRecord;
-    }
-}
-
 TEST_F(TagDialogs, ManualReadingOpensWithLiveOrAveragedValuesAndOkCutsReadings) {
     struct { uint32_t flags; int count; const char *lat, *ch1, *ch4; int countAfter; } cases[] = {
         {0, 2, "500", "7", "8", 2},
