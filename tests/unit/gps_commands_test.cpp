@@ -66,6 +66,9 @@ TEST_F(GpsCommands, SetTimeAndDate) {
     EXPECT_EQ("Invalid second value", Set(0, "1", "0", "61", "0"));
     EXPECT_EQ("Invalid UTC offset", Set(0, "1", "2", "3", "-13"));
     EXPECT_EQ(0, ReadSetting(KeyGpsUtcOffset));
+    // Blanks before a number are skipped; 12 is the last offset taken.
+    EXPECT_EQ("OT 11 2 3 | 23:02:03", Set(0, " 23", "\t2", "3", "12"));
+    EXPECT_EQ(12, ReadSetting(KeyGpsUtcOffset));
 
     EXPECT_EQ("OD 31 4 1985 | 1985", Set(1, "31", "4", "85", ""));  // 31 in April passes
     EXPECT_EQ("OD 1 1 2000 | 2000", Set(1, "1", "1", "0", ""));
@@ -92,6 +95,29 @@ TEST_F(GpsCommands, ResetAndSelfTestAnsweredNoSendNothing) {
     EXPECT_TRUE(fake.wire.empty() && fake.statusLines.empty() && fake.messageBoxes.empty());
     EXPECT_EQ(1, GpsReset());  // Yes: the note that follows carries the question icon
     EXPECT_EQ(std::vector<int>{ICON_QUESTION}, fake.messageIcons);
+}
+
+TEST_F(GpsCommands, OpeningFields) {
+    fake.now = 1614675907u;  // 2 March 2021 09:05:07
+    WriteSetting(KeyGpsUtcOffset, "-20");
+    WriteSetting(KeyGpsLatNS, "n");  // only a capital N means North
+    WriteSetting(KeyGpsLatDeg, "95");
+    WriteSetting(KeyGpsLatMin, "-70");
+    WriteSetting(KeyGpsLatSec, "75.5");
+    WriteSetting(KeyGpsLongDeg, "-200");
+    WriteSetting(KeyGpsLongSec, "-12.3456");
+    GpsBoxFields f;
+    LoadGpsBoxFields(&f);
+    EXPECT_EQ("9:05:07 2/3/2021", std::string(f.time.hour) + ":" + f.time.minute + ":" +
+                                      f.time.second + " " + f.date.day + "/" + f.date.month + "/" +
+                                      f.date.year);
+    EXPECT_EQ(std::vector<std::string>({"-12", "90", "-59", "59.000", "-180", "0", "-12.346"}),
+              std::vector<std::string>({f.time.utcOffset, f.latitude.degrees, f.latitude.minutes,
+                                        f.latitude.seconds, f.longitude.degrees,
+                                        f.longitude.minutes, f.longitude.seconds}));
+    EXPECT_EQ(1, f.latitude.southOrWest);
+    EXPECT_EQ(0, f.latitude.northOrEast);
+    EXPECT_EQ(1, f.longitude.northOrEast);  // "Long E/W" defaults to "E"
 }
 
 }  // namespace

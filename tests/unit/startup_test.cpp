@@ -123,4 +123,32 @@ TEST_F(Startup, FrameIsKeptOnTheScreen) {
     }
 }
 
+TEST_F(Startup, ExitWritesWindowStateByFrameState) {
+    fake.windowExists[WINDOW_LISTING] = true;
+    fake.windowExists[WINDOW_TAGS] = true;
+    chartChannel = 2;
+    plotChannel = 0;
+    WriteSetting(KeyMainOriginX, "33");
+    auto place = [] {
+        std::vector<std::string> values;
+        for (const char* key : {"Maximised", "Origin X", "Origin Y", "Width", "Height"})
+            values.push_back(StoredSetting("Main window", key));
+        return values;
+    };
+    using Texts = std::vector<std::string>;
+    WriteExitSettings(FrameExitState{0, 1, {1, 2, 3, 4}});
+    EXPECT_EQ(Texts({"1", "0", "0", "1", "3", "1"}),
+              Texts({StoredSetting("Main window", "Show listing"),
+                     StoredSetting("Main window", "Show plot"),
+                     StoredSetting("Main window", "Show chart"),
+                     StoredSetting("Main window", "Show tags"), StoredSetting("Chart", "Channel"),
+                     StoredSetting("Plot", "Channel")}));
+    // Maximised: the place is kept; minimised: untouched.
+    EXPECT_EQ(Texts({"1", "33", "<absent>", "<absent>", "<absent>"}), place());
+    WriteExitSettings(FrameExitState{1, 0, {1, 2, 3, 4}});
+    EXPECT_EQ(Texts({"1", "33", "<absent>", "<absent>", "<absent>"}), place());
+    WriteExitSettings(FrameExitState{0, 0, {-4, 12, 640, 480}});
+    EXPECT_EQ(Texts({"0", "-4", "12", "640", "480"}), place());
+}
+
 }  // namespace

@@ -2,7 +2,6 @@
 // the replay's timing and the option errors. The rest of the simulator is
 // driven by them.
 #include <gtest/gtest.h>
-
 #include <stdlib.h>
 
 #include <algorithm>
@@ -49,17 +48,21 @@ struct Harness {
             wire += Join(action.pieces);
         }
         Bodies bodies;
-        for (size_t start = 0, cr; (cr = wire.find('\r', start)) != std::string::npos; start = cr + 1) {
+        for (size_t start = 0, cr; (cr = wire.find('\r', start)) != std::string::npos;
+             start = cr + 1) {
             std::string line = wire.substr(start, cr - start), body;
             if (ParseFrameLine(line, &body)) {
-                if (body.compare(0, 2, "VI") != 0 && body.compare(0, 2, "ES") != 0) bodies.push_back(body);
+                if (body.compare(0, 2, "VI") != 0 && body.compare(0, 2, "ES") != 0)
+                    bodies.push_back(body);
             } else {
                 bodies.push_back("!BAD " + line);
             }
         }
         return bodies;
     }
-    bool Logged(const std::string& line) const { return std::find(logs.begin(), logs.end(), line) != logs.end(); }
+    bool Logged(const std::string& line) const {
+        return std::find(logs.begin(), logs.end(), line) != logs.end();
+    }
 
     Controller controller;
     int64_t now = 0;
@@ -108,7 +111,8 @@ TEST(SimFaults, BadCheckEveryThirdFrameAndTheRepeatIsGood) {
     Harness h(config);
     const Bodies sent = h.Drive({"OP 1", "+3000"});
     ASSERT_EQ(sent.size(), 8u);  // four samples after VI and ES, counted as frames 1 and 2
-    for (size_t i = 0; i < sent.size(); i++) EXPECT_EQ(sent[i].compare(0, 5, "!BAD ") == 0, i % 3 == 0) << i;
+    for (size_t i = 0; i < sent.size(); i++)
+        EXPECT_EQ(sent[i].compare(0, 5, "!BAD ") == 0, i % 3 == 0) << i;
     const Bodies repeat = h.Drive({"NA"});
     ASSERT_EQ(repeat.size(), 1u);
     EXPECT_EQ(repeat[0].compare(0, 3, "RA "), 0);
@@ -154,16 +158,21 @@ TEST(SimOptions, MistakesAreRefused) {
 // The records of the data file of each version, one RP and RA a period, with
 // the accessory channel only where the record has one; then only KA.
 TEST(SimReplay, PlaysTheRecordsOfEveryVersionInOrderThenOnlyAnswers) {
-    const Bodies frames = {"RP 185400000 -3600000",   "RA 10 20 30 40 0", "RP -324000000 648000000",
-                           "RA 255 0 128 1 7",        "RP -1 2147483647", "RA 1 2 3 4 0",
+    const Bodies frames = {"RP 185400000 -3600000",   "RA 10 20 30 40 0",
+                           "RP -324000000 648000000", "RA 255 0 128 1 7",
+                           "RP -1 2147483647",        "RA 1 2 3 4 0",
                            "RP 324000000 -648000000", "RA 200 201 202 203 0"};
-    const struct { const char* name; int64_t intervalMs; size_t records; } files[] = {
-        {"v1_0.dat", 5000, 3}, {"v1_1.dat", 7000, 4}, {"v1_2.dat", 10000, 3}, {"v1_3.dat", 2000, 4},
-        {"v1_4.dat", 3000, 4}, {"wrong_magic.dat", -1, 0}};
+    const struct {
+        const char* name;
+        int64_t intervalMs;
+        size_t records;
+    } files[] = {{"v1_0.dat", 5000, 3}, {"v1_1.dat", 7000, 4}, {"v1_2.dat", 10000, 3},
+                 {"v1_3.dat", 2000, 4}, {"v1_4.dat", 3000, 4}, {"wrong_magic.dat", -1, 0}};
     for (const auto& file : files) {
         ReplaySurvey survey;
         std::string error;
-        const bool read = ReadReplaySurvey(std::string(SURVEY_DATA_DIR) + "/" + file.name, &survey, &error);
+        const bool read =
+            ReadReplaySurvey(std::string(SURVEY_DATA_DIR) + "/" + file.name, &survey, &error);
         ASSERT_EQ(read, file.intervalMs > 0) << file.name << " " << error;
         if (!read) continue;
         EXPECT_EQ(survey.intervalMs, file.intervalMs) << file.name;
