@@ -21,4 +21,6 @@ trap 'exit 143' TERM
 
 cmake -S "$ROOT" -B "$BUILD" -G Ninja -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS=-O0 \
   -DVELDOR_SANITIZE=OFF >/dev/null
+# The first build of a fresh folder, with no time limit.
+nice -n 10 ninja -C "$BUILD" -j1 veldor_unit_tests veldor_link_tests controller-sim >/dev/null
 nice -n 10 python3 "$ROOT/scripts/mutation.py" run "$BUILD" "$@"
