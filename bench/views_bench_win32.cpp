@@ -24,6 +24,7 @@
 namespace {
 
 constexpr int Width = 1024, Height = 700, Rounds = 5;
+const char* const Build = sizeof(void*) == 4 ? "i686" : "x86_64";
 
 double Now() {
     LARGE_INTEGER t, f;
@@ -128,9 +129,9 @@ int BenchPlot(HDC screen) {
     DestroyWindow(target);
     int same = 1;
     for (int i = 0; i < w * h; i++) same &= (window.pixels[i] & 0xFFFFFF) == (brushes.pixels[i] & 0xFFFFFF);
-    printf("plot repaint %d records All: %.1f ms as pixels, %.1f ms with a brush per square, "
+    printf("plot repaint %d records All (%s): %.1f ms as pixels, %.1f ms with a brush per square, "
            "ratio %.0f, same pixels: %s\n",
-           recordCount, asPixels, withBrushes, withBrushes / asPixels, same ? "yes" : "NO");
+           recordCount, Build, asPixels, withBrushes, withBrushes / asPixels, same ? "yes" : "NO");
     return same;
 }
 
@@ -164,8 +165,9 @@ void BenchListing(HDC screen, HFONT font) {
         RestoreDC(s.dc, saved);
         GdiFlush();
     });
-    printf("listing paint: %.2f ms full window (%d rows, %d drawing calls), %.2f ms one-row scroll\n",
-           full, listingRowCount, cells, oneRow);
+    printf("listing paint (%s): %.2f ms full window (%d rows, %d drawing calls), "
+           "%.2f ms one-row scroll\n",
+           Build, full, listingRowCount, cells, oneRow);
 }
 
 void BenchChart(HDC screen, HFONT font) {
@@ -178,7 +180,7 @@ void BenchChart(HDC screen, HFONT font) {
         RenderDrawList(s.dc, list, font);
         GdiFlush();
     });
-    printf("chart repaint %d records: %.2f ms\n", recordCount, t);
+    printf("chart repaint %d records (%s): %.2f ms\n", recordCount, Build, t);
 }
 
 }  // namespace

@@ -3,16 +3,17 @@
 # it has set E2E_SCENARIO. The scenario then drives veldor.exe under Wine,
 # on a virtual display, with the controller simulator linked as COM1.
 #
-# Arguments of every scenario: [WIN64_BUILD_DIR] [NATIVE_BUILD_DIR].
+# Arguments of every scenario: [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR], the
+# Windows build being the i686 one (build/win32) unless another is named.
 # Artefacts (screenshots, the simulator's log, the status lines seen, the
-# settings file, files written) stay in <win64 build>/e2e/<scenario>/.
+# settings file, files written) stay in <Windows build>/e2e/<scenario>/.
 #
 # Run by run_e2e.sh, the scenarios share its virtual display; run alone, a
 # scenario starts its own. Each scenario starts and ends its own wineserver
 # session, so no program outlives it.
 
 E2E_ROOT_DIR="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
-BUILD_ROOT="$(cd "${1:-$E2E_ROOT_DIR/build/win64}" && pwd)"
+BUILD_ROOT="$(cd "${1:-$E2E_ROOT_DIR/build/win32}" && pwd)"
 E2E_NATIVE="$(cd "${2:-$E2E_ROOT_DIR/build/native}" && pwd)"
 SIM="$E2E_NATIVE/tools/controller-sim/controller-sim"
 EXE="$BUILD_ROOT/veldor.exe"

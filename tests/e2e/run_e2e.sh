@@ -3,15 +3,15 @@
 # display, with the controller simulator on COM1 (scenario_*.sh, each
 # described at its top), and prints a summary with each scenario's time.
 # Each scenario keeps its screenshots, the simulator's log, the status texts
-# the program set and the files it wrote in <win64 build>/e2e/<scenario>/.
+# the program set and the files it wrote in <Windows build>/e2e/<scenario>/.
 # Exits non-zero when a scenario failed; the others still run.
 #
-# usage: run_e2e.sh [WIN64_BUILD_DIR] [NATIVE_BUILD_DIR] [SCENARIO...]
+# usage: run_e2e.sh [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR] [SCENARIO...]
 set -euo pipefail
 
 HERE="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 ROOT="$(cd "$HERE/../.." && pwd)"
-WIN64="$(cd "${1:-$ROOT/build/win64}" && pwd)"
+WIN="$(cd "${1:-$ROOT/build/win32}" && pwd)"
 NATIVE="$(cd "${2:-$ROOT/build/native}" && pwd)"
 shift $(($# < 2 ? $# : 2))
 SCENARIOS=("$@")
@@ -19,12 +19,12 @@ if [ ${#SCENARIOS[@]} -eq 0 ]; then
   SCENARIOS=(startup_exit survey views records gps tags calibration general instruments faults port_error second_start bad_files replay install print)
 fi
 
-rm -rf "$WIN64/e2e"
-mkdir -p "$WIN64/e2e"
+rm -rf "$WIN/e2e"
+mkdir -p "$WIN/e2e"
 
 # One virtual display for all scenarios; each scenario runs its own
 # wineserver session on it.
-export BUILD_ROOT="$WIN64" VELDOR_HEADLESS=1
+export BUILD_ROOT="$WIN" VELDOR_HEADLESS=1
 # shellcheck source=../../scripts/wine-env.sh
 source "$ROOT/scripts/wine-env.sh"
 trap veldor_wine_cleanup EXIT
@@ -36,7 +36,7 @@ summary=()
 failed=0
 for scenario in "${SCENARIOS[@]}"; do
   start=$SECONDS
-  if bash "$HERE/scenario_$scenario.sh" "$WIN64" "$NATIVE"; then
+  if bash "$HERE/scenario_$scenario.sh" "$WIN" "$NATIVE"; then
     summary+=("passed  $scenario ($((SECONDS - start)) s)")
   else
     summary+=("FAILED  $scenario ($((SECONDS - start)) s)")
@@ -45,6 +45,6 @@ for scenario in "${SCENARIOS[@]}"; do
 done
 
 echo
-echo "end-to-end scenarios (artefacts in $WIN64/e2e):"
+echo "end-to-end scenarios (artefacts in $WIN/e2e):"
 printf '  %s\n' "${summary[@]}"
 exit $failed

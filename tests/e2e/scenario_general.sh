@@ -13,9 +13,10 @@
 #     channel labels: the keys hold 1, 1, 1, 7 and 1 and the Listing's header
 #     shows the labels;
 #   - File > Preferences: the next Listing font (with "Arial" not installed
-#     the Plot's stays unselected and is written empty), Listing size 14 by the arrow
-#     keys, Plot size 20 and the full path: the keys are written, the caption
-#     shows the whole path and the Listing's rows grow.
+#     the Plot's stays unselected and is written empty), Listing size 28, Plot
+#     size 20 and the full path: the keys are written, the caption shows the
+#     whole path and the Listing's rows grow from those of size 12, whichever
+#     font the list offers (a bitmap font is scaled by whole factors).
 set -euo pipefail
 E2E_SCENARIO=general
 # shellcheck source=lib.sh
@@ -176,9 +177,10 @@ e2e_pass "Record settings: TZR refusal, then 1, 1, 1, 7, 1 written and the label
 before_rows="$(pixels_out row-height "$ART/recset_after.png" "$ART/recset_after.probe")"
 e2e_open_dialog alt+f p "VELDOR - Preferences" "Set preferences"
 e2e_shot prefs_dialog
-e2e_key Down Tab Up Up
+e2e_key Down Tab
+e2e_type 28
 e2e_expect "no Preferences" -t 5 "window=VELDOR - Preferences"
-[ "$(e2e_control_text Edit 1774)" = 14 ] || e2e_fail "the Listing size after Up Up: '$(e2e_control_text Edit 1774)'"
+[ "$(e2e_control_text Edit 1774)" = 28 ] || e2e_fail "the Listing size typed: '$(e2e_control_text Edit 1774)'"
 e2e_key Tab Tab
 e2e_type 20
 e2e_key Tab Tab Tab space
@@ -194,13 +196,13 @@ plot_font="$(e2e_ini_value Plot FontName)"
 [ -n "$listing_font" ] && [ "$listing_font" != "$plot_font" ] ||
   e2e_fail "Down chose no other Listing font: '$listing_font', Plot '$plot_font'"
 case "$plot_font" in "" | Arial) ;; *) e2e_fail "the Plot's font became '$plot_font'" ;; esac
-e2e_expect_ini Listing FontSize=14
+e2e_expect_ini Listing FontSize=28
 e2e_expect_ini Plot FontSize=20
 e2e_expect_ini Chart FontSize=12
 e2e_expect_ini General "Show Path=1"
 e2e_view_shot prefs_after
 after_rows="$(pixels_out row-height "$ART/prefs_after.png" "$ART/prefs_after.probe")"
 [ "$after_rows" -gt "$before_rows" ] || e2e_fail "the Listing's rows did not grow: $before_rows, then $after_rows pixels"
-e2e_pass "Preferences: '$listing_font' 14, Plot 20, full path; header $before_rows -> $after_rows pixels"
+e2e_pass "Preferences: '$listing_font' 28, Plot 20, full path; header $before_rows -> $after_rows pixels"
 
 e2e_quit n

@@ -124,9 +124,9 @@ def check_plot(shot, probe, path, channel, zooms, cross):
 
 def listing_metrics(s, probe):
     ox, oy, w, h = client(probe, "Veldor_Listing")
-    band_h = 0
-    while s.at(ox + 5, oy + 1 + band_h) == (128, 255, 255):
-        band_h += 1
+    # The band's colour from the top down, in the column that the header's text spares most.
+    band = (128, 255, 255)
+    band_h = max(next(y for y in range(h) if s.at(ox + x, oy + 1 + y) != band) for x in range(2, w - 2))
     return ox, oy, w, h, band_h  # the band holds rows 1 .. h + 1 of the client: band_h = h + 1
 
 

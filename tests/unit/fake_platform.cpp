@@ -217,11 +217,14 @@ uint32_t PlatformTime() { return fake.now; }
 
 int PlatformLocalTime(uint32_t seconds, LocalTime* out) {
     if (out == nullptr) return 0;
-    time_t t = (time_t)seconds;
     struct tm parts;
 #ifdef _WIN32
-    if (gmtime_s(&parts, &t) != 0) return 0;
+    // The program's 32-bit time functions, which refuse times past 0x7FFFFFFF.
+    __time32_t t = (__time32_t)seconds;
+    if (_gmtime32_s(&parts, &t) != 0) return 0;
 #else
+    if (seconds > (uint32_t)INT32_MAX) return 0;  // as the 32-bit time functions
+    time_t t = (time_t)seconds;
     if (gmtime_r(&t, &parts) == nullptr) return 0;
 #endif
     return LocalTimeFromTm(&parts, out);
