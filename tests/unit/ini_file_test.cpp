@@ -59,7 +59,8 @@ TEST(IniFile, NumbersReadAsTheProfileCallsGiveThem) {
     Put(path,
         "[N]\r\na=-1\r\nb=12abc\r\nc=abc\r\nd=0x10\r\ne=0X10\r\nf=+5\r\ng=-0x10\r\n"
         "h=4294967295\r\ni=2147483648\r\nj=99999999999\r\nk=\"12\"\r\nl=\r\nm\r\n"
-        "n=123456789012345678901234567890123\r\no=0b101\r\np=- 5\r\nq= 42 \r\n");
+        "n=123456789012345678901234567890123\r\no=0b101\r\np=- 5\r\nq= 42 \r\n"
+        "r=0xAf\r\ns=0xa1G\r\n");
     const struct {
         const char* key;
         int expected;
@@ -70,11 +71,14 @@ TEST(IniFile, NumbersReadAsTheProfileCallsGiveThem) {
         {"j", 1215752191}, {"k", 12},       {"l", -7},
         {"m", -7},         {"missing", -7}, {"n", 1849262357},
         {"o", 5},          {"p", 0},        {"q", 42},
+        {"r", 175},        {"s", 161},  // hex digits of either case; G ends the number
     };
     for (const auto& c : cases) {
         EXPECT_EQ(IniGetInt("N", c.key, -7, path.c_str()), c.expected) << c.key;
     }
     EXPECT_EQ(IniGetInt("N", "a", 3, files.Path("absent.ini").c_str()), 3);
+    Put(path, "\xEF\xBB\xBF[N]\r\na=4\r\n");  // a UTF-8 mark before the first section
+    EXPECT_EQ(IniGetInt("N", "a", -7, path.c_str()), 4);
 }
 
 TEST(IniFile, TextReadsWithNamesTrimmedQuotesDroppedAndCut) {
