@@ -15,6 +15,10 @@ set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 BUILD="${VELDOR_MUTATION_BUILD:-$ROOT/build/mutation}"
 
+# One run at a time in a build folder: a second would put back the first's faults.
+mkdir -p "$BUILD"
+exec 9>"$BUILD/mutation.lock"
+flock -n 9 || { echo "mutation: another run uses $BUILD" >&2; exit 1; }
 trap 'python3 "$ROOT/scripts/mutation.py" restore "$BUILD"' EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
