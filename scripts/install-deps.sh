@@ -8,7 +8,7 @@ PACKAGES=(
   wine wine64 fonts-wine xvfb xauth xdotool imagemagick socat
   ghostscript poppler-utils procps file
   gdal-bin libxml2-utils
-  pandoc weasyprint unrtf unzip nsis
+  pandoc weasyprint unrtf unzip nsis python3
   chromium
   debootstrap fonts-dejavu-core fonts-dejavu-extra fonts-urw-base35
 )

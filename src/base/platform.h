@@ -8,8 +8,6 @@
 
 #include <stdint.h>
 
-#include "base/busy.h"
-
 // ---- Serial port -----------------------------------------------------------
 // 1 while the port handle is valid.
 int PlatformPortIsOpen();

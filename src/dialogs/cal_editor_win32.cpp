@@ -3,9 +3,10 @@
 #include <commdlg.h>
 
 #include "dialogs/cal_editor.h"
-#include "dialogs/calibration_ids.h"
+#include "resources/calibration_ids.h"
 #include "dialogs/dialog_fields_win32.h"
-#include "shell/shell_win32.h"
+#include "base/front_win32.h"
+#include "resources/resource_ids.h"
 #include "survey/survey_state.h"
 #include "views/draw_list_win32.h"
 
@@ -148,7 +149,7 @@ void OnCalButton(HWND box, int id) {
     case IDC_CAL_SAVE: CalEditorSave(&editor); break;
     case IDC_CAL_SAVE_AS: CalEditorSaveAs(&editor); break;
     case IDC_CAL_DONE: CloseCalibrationBox(box); break;
-    case IDC_CAL_HELP: RunHelpAction(); break;
+    case IDC_CAL_HELP: PlatformFrameCommand(IDM_HELP_HELP); break;
     default: break;
     }
 }

@@ -3,11 +3,29 @@
 #include <commctrl.h>
 #include <stdint.h>
 
-#include "shell/shell_win32.h"
+#include "base/front_win32.h"
+#include "resources/resource_ids.h"
 
 static void* At(void* values, const DialogField& f) { return (char*)values + f.offset; }
 static const void* At(const void* values, const DialogField& f) {
     return (const char*)values + f.offset;
+}
+
+static void FillList(HWND dialog, const DialogField& f, const char* selected) {
+    for (int i = 0; i < f.itemCount; i++)
+        SendDlgItemMessageA(dialog, f.controlId, CB_ADDSTRING, 0, (LPARAM)f.items[i]);
+    LRESULT at =
+        SendDlgItemMessageA(dialog, f.controlId, CB_FINDSTRINGEXACT, (WPARAM)-1, (LPARAM)selected);
+    SendDlgItemMessageA(dialog, f.controlId, CB_SETCURSEL, at == CB_ERR ? (WPARAM)-1 : (WPARAM)at, 0);
+}
+
+// With no selection the text keeps what it held.
+static void ReadList(HWND dialog, const DialogField& f, char* text) {
+    LRESULT at = SendDlgItemMessageA(dialog, f.controlId, CB_GETCURSEL, 0, 0);
+    if (at == CB_ERR) return;
+    LRESULT length = SendDlgItemMessageA(dialog, f.controlId, CB_GETLBTEXTLEN, (WPARAM)at, 0);
+    if (length == CB_ERR || length >= f.size) return;
+    SendDlgItemMessageA(dialog, f.controlId, CB_GETLBTEXT, (WPARAM)at, (LPARAM)text);
 }
 
 void DialogFill(HWND dialog, const DialogField* fields, int count, const void* values) {
@@ -26,6 +44,7 @@ void DialogFill(HWND dialog, const DialogField* fields, int count, const void* v
             CheckRadioButton(dialog, f.controlId, f.controlId + f.size - 1,
                              f.controlId + *(const int32_t*)At(values, f));
             break;
+        case FIELD_LIST: FillList(dialog, f, (const char*)At(values, f)); break;
         default: break;
         }
     }
@@ -44,6 +63,7 @@ void DialogRead(HWND dialog, const DialogField* fields, int count, void* values)
                 if (IsDlgButtonChecked(dialog, f.controlId + k) == BST_CHECKED)
                     *(int32_t*)At(values, f) = k;
             break;
+        case FIELD_LIST: ReadList(dialog, f, (char*)At(values, f)); break;
         default: break;
         }
     }
@@ -60,7 +80,7 @@ int DialogCancelOrHelp(HWND dialog, int id, int helpId) {
     if (id == IDCANCEL)
         EndDialog(dialog, 0);
     else if (id == helpId)
-        RunHelpAction();
+        PlatformFrameCommand(IDM_HELP_HELP);
     else
         return 0;
     return 1;

@@ -5,8 +5,8 @@
 #include <stddef.h>
 
 #include "dialogs/dialog_fields_win32.h"
-#include "dialogs/records_ids.h"
-#include "shell/shell_win32.h"
+#include "resources/records_ids.h"
+#include "base/front_win32.h"
 #include "survey/record_filter.h"
 
 static_assert(sizeof(int) == sizeof(int32_t), "check boxes and radio groups hold int32_t");

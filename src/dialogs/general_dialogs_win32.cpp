@@ -2,8 +2,8 @@
 
 #include "dialogs/dialog_fields_win32.h"
 #include "dialogs/general_dialogs.h"
-#include "dialogs/general_ids.h"
-#include "shell/shell_win32.h"
+#include "resources/general_ids.h"
+#include "base/front_win32.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "dialogs/gps_box.h"
 
-#include "dialogs/gps_ids.h"
+#include "resources/gps_ids.h"
 
 int GpsBoxPress(int controlId, GpsBoxFields* fields) {
     int sent = 0;

@@ -2,8 +2,9 @@
 
 #include "dialogs/dialog_fields_win32.h"
 #include "dialogs/gps_box.h"
-#include "dialogs/gps_ids.h"
-#include "shell/shell_win32.h"
+#include "resources/gps_ids.h"
+#include "base/front_win32.h"
+#include "resources/resource_ids.h"
 
 namespace {
 
@@ -46,7 +47,7 @@ void OnGpsBoxButton(HWND box, int id) {
     DialogRead(box, GpsBoxFieldTable, &fields);
     switch (GpsBoxPress(id, &fields)) {
     case GPS_BOX_SHOW_FIELDS: DialogFill(box, GpsBoxFieldTable, &fields); break;
-    case GPS_BOX_HELP: RunHelpAction(); break;
+    case GPS_BOX_HELP: PlatformFrameCommand(IDM_HELP_HELP); break;
     case GPS_BOX_DONE: CloseGpsBox(box, 1); break;
     default: break;
     }

@@ -5,148 +5,118 @@
 
 #include "dialogs/dialog_fields_win32.h"
 #include "dialogs/instrument_dialogs.h"
-#include "dialogs/instruments_ids.h"
-#include "shell/shell_win32.h"
+#include "resources/instruments_ids.h"
+#include "base/front_win32.h"
 
 namespace {
-
-// ---- Drop-down lists ------------------------------------------------------------------------
-
-void FillList(HWND box, int id, const char* const* items, int count, const char* selected) {
-    for (int i = 0; i < count; i++) SendDlgItemMessageA(box, id, CB_ADDSTRING, 0, (LPARAM)items[i]);
-    LRESULT at = SendDlgItemMessageA(box, id, CB_FINDSTRINGEXACT, (WPARAM)-1, (LPARAM)selected);
-    SendDlgItemMessageA(box, id, CB_SETCURSEL, at == CB_ERR ? (WPARAM)-1 : (WPARAM)at, 0);
-}
-
-// With no selection the text keeps what it held.
-void ReadList(HWND box, int id, char* text, int size) {
-    LRESULT at = SendDlgItemMessageA(box, id, CB_GETCURSEL, 0, 0);
-    if (at == CB_ERR) return;
-    LRESULT length = SendDlgItemMessageA(box, id, CB_GETLBTEXTLEN, (WPARAM)at, 0);
-    if (length == CB_ERR || length >= size) return;
-    SendDlgItemMessageA(box, id, CB_GETLBTEXT, (WPARAM)at, (LPARAM)text);
-}
 
 // Help, OK and Cancel of every one of the four; returns 1 when handled.
 int OnCommonButton(HWND box, int id) {
     return DialogCancelOrHelp(box, id, IDC_INSTR_HELP);
 }
 
-// ---- PortsBox -------------------------------------------------------------------------------
+// The shape of the Ports, GpsDiff and AR3000a boxes: on opening, centred and
+// filled from the values that open gives; OK reads the controls back over
+// those values, stores them and ends with 1; Help and Cancel as everywhere.
+template <class Values>
+struct InstrumentBox {
+    const DialogField* fields;
+    int fieldCount;
+    void (*open)(Values* values);
+    void (*store)(const Values* values);
+};
 
-void OnPortsInit(HWND box) {
-    CentreDialog(box);
-    PortsValues values;
-    PortsBoxOpen(&values);
-    char names[PortCandidates][PortNameSize];
-    const char* listed[PortCandidates];
-    int count = 0;
-    for (int n = 1; n <= PortCandidates; n++) {
-        PortDeviceName(n, names[count], PortNameSize);
-        HANDLE port = CreateFileA(names[count], GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                  OPEN_EXISTING, 0, nullptr);
-        int opened = port != INVALID_HANDLE_VALUE;
-        unsigned long error = opened ? 0 : GetLastError();
-        if (opened) CloseHandle(port);
-        if (PortListed(opened, error)) listed[count] = names[count], count++;
-    }
-    FillList(box, IDC_PORTS_PORT, listed, count, values.port);
-}
-
-void OnPortsOk(HWND box) {
-    PortsValues values;
-    PortsBoxOpen(&values);
-    ReadList(box, IDC_PORTS_PORT, values.port, sizeof values.port);
-    PortsBoxStore(&values);
-    PostMessageA(FrameWindow(), WM_VELDOR, PRIVATE_OPEN_PORT, 0);
-    EndDialog(box, 1);
-}
-
-INT_PTR CALLBACK PortsBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM) {
+template <class Values>
+INT_PTR InstrumentBoxMessage(const InstrumentBox<Values>& shape, HWND box, UINT message,
+                             WPARAM wParam) {
+    Values values;
     switch (message) {
-    case WM_INITDIALOG: OnPortsInit(box); return TRUE;
+    case WM_INITDIALOG:
+        CentreDialog(box);
+        shape.open(&values);
+        DialogFill(box, shape.fields, shape.fieldCount, &values);
+        return TRUE;
     case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK) OnPortsOk(box);
-        else OnCommonButton(box, LOWORD(wParam));
+        if (LOWORD(wParam) != IDOK) {
+            OnCommonButton(box, LOWORD(wParam));
+            return TRUE;
+        }
+        shape.open(&values);
+        DialogRead(box, shape.fields, shape.fieldCount, &values);
+        shape.store(&values);
+        EndDialog(box, 1);
         return TRUE;
     default: return FALSE;
     }
+}
+
+#define INSTRUMENT_BOX(Values, fields, open, store) \
+    InstrumentBox<Values> { fields, (int)(sizeof fields / sizeof fields[0]), open, store }
+
+// ---- PortsBox -------------------------------------------------------------------------------
+
+// The list offers the ports that exist on this PC, added before the box is filled.
+const DialogField PortsFieldTable[] = {
+    DIALOG_LIST(IDC_PORTS_PORT, PortsValues, port, nullptr, 0),
+};
+
+void AddPortNames(HWND box) {
+    for (int n = 1; n <= PortCandidates; n++) {
+        char name[PortNameSize];
+        PortDeviceName(n, name, PortNameSize);
+        HANDLE port =
+            CreateFileA(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        int opened = port != INVALID_HANDLE_VALUE;
+        unsigned long error = opened ? 0 : GetLastError();
+        if (opened) CloseHandle(port);
+        if (PortListed(opened, error))
+            SendDlgItemMessageA(box, IDC_PORTS_PORT, CB_ADDSTRING, 0, (LPARAM)name);
+    }
+}
+
+// The port in force changes at once: the frame reopens it.
+void StorePorts(const PortsValues* values) {
+    PortsBoxStore(values);
+    PostMessageA(FrameWindow(), WM_VELDOR, PRIVATE_OPEN_PORT, 0);
+}
+
+INT_PTR CALLBACK PortsBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM) {
+    static const InstrumentBox<PortsValues> shape =
+        INSTRUMENT_BOX(PortsValues, PortsFieldTable, PortsBoxOpen, StorePorts);
+    if (message == WM_INITDIALOG) AddPortNames(box);
+    return InstrumentBoxMessage(shape, box, message, wParam);
 }
 
 // ---- GpsDiffBox -----------------------------------------------------------------------------
 
 const DialogField GpsDiffFieldTable[] = {
     DIALOG_FIELD(IDC_GPSDIFF_ENABLE, FIELD_CHECK, GpsDiffValues, enable, 0),
+    DIALOG_LIST(IDC_GPSDIFF_BAUD, GpsDiffValues, baudRate, GpsDiffBaudRates, 4),
 };
 
-void OnGpsDiffInit(HWND box) {
-    CentreDialog(box);
-    GpsDiffValues values;
-    GpsDiffBoxOpen(&values);
-    DialogFill(box, GpsDiffFieldTable, &values);
-    FillList(box, IDC_GPSDIFF_BAUD, GpsDiffBaudRates, 4, values.baudRate);
-}
-
-void OnGpsDiffOk(HWND box) {
-    GpsDiffValues values;
-    GpsDiffBoxOpen(&values);
-    DialogRead(box, GpsDiffFieldTable, &values);
-    ReadList(box, IDC_GPSDIFF_BAUD, values.baudRate, sizeof values.baudRate);
-    GpsDiffBoxStore(&values);
-    EndDialog(box, 1);
-}
-
 INT_PTR CALLBACK GpsDiffBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM) {
-    switch (message) {
-    case WM_INITDIALOG: OnGpsDiffInit(box); return TRUE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK) OnGpsDiffOk(box);
-        else OnCommonButton(box, LOWORD(wParam));
-        return TRUE;
-    default: return FALSE;
-    }
+    static const InstrumentBox<GpsDiffValues> shape =
+        INSTRUMENT_BOX(GpsDiffValues, GpsDiffFieldTable, GpsDiffBoxOpen, GpsDiffBoxStore);
+    return InstrumentBoxMessage(shape, box, message, wParam);
 }
 
 // ---- AR3000aBox -----------------------------------------------------------------------------
 
 #define AR_CHANNEL(c)                                                          \
     DIALOG_TEXT(IDC_AR_FREQ + c, Ar3000aValues, freq[c]),                      \
-        DIALOG_FIELD(IDC_AR_ATT + c, FIELD_CHECK, Ar3000aValues, attOn[c], 0)
+        DIALOG_FIELD(IDC_AR_ATT + c, FIELD_CHECK, Ar3000aValues, attOn[c], 0), \
+        DIALOG_LIST(IDC_AR_MODE + c, Ar3000aValues, mode[c], Ar3000aModes, 6)
 
 const DialogField Ar3000aFieldTable[] = {
     DIALOG_FIELD(IDC_AR_ENABLE, FIELD_CHECK, Ar3000aValues, enable, 0),
     AR_CHANNEL(0), AR_CHANNEL(1), AR_CHANNEL(2), AR_CHANNEL(3),
+    DIALOG_LIST(IDC_AR_BAUD, Ar3000aValues, baudRate, Ar3000aBaudRates, 2),
 };
 
-void OnAr3000aInit(HWND box) {
-    CentreDialog(box);
-    Ar3000aValues values;
-    Ar3000aBoxOpen(&values);
-    DialogFill(box, Ar3000aFieldTable, &values);
-    for (int c = 0; c < 4; c++) FillList(box, IDC_AR_MODE + c, Ar3000aModes, 6, values.mode[c]);
-    FillList(box, IDC_AR_BAUD, Ar3000aBaudRates, 2, values.baudRate);
-}
-
-void OnAr3000aOk(HWND box) {
-    Ar3000aValues values;
-    Ar3000aBoxOpen(&values);
-    DialogRead(box, Ar3000aFieldTable, &values);
-    for (int c = 0; c < 4; c++)
-        ReadList(box, IDC_AR_MODE + c, values.mode[c], sizeof values.mode[c]);
-    ReadList(box, IDC_AR_BAUD, values.baudRate, sizeof values.baudRate);
-    Ar3000aBoxStore(&values);
-    EndDialog(box, 1);
-}
-
 INT_PTR CALLBACK Ar3000aBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM) {
-    switch (message) {
-    case WM_INITDIALOG: OnAr3000aInit(box); return TRUE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK) OnAr3000aOk(box);
-        else OnCommonButton(box, LOWORD(wParam));
-        return TRUE;
-    default: return FALSE;
-    }
+    static const InstrumentBox<Ar3000aValues> shape =
+        INSTRUMENT_BOX(Ar3000aValues, Ar3000aFieldTable, Ar3000aBoxOpen, Ar3000aBoxStore);
+    return InstrumentBoxMessage(shape, box, message, wParam);
 }
 
 // ---- TzrBox ---------------------------------------------------------------------------------

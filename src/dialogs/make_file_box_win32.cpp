@@ -8,9 +8,8 @@
 
 #include "dialogs/dialog_fields_win32.h"
 #include "dialogs/make_file_box.h"
-#include "dialogs/records_ids.h"
-#include "shell/frame_commands.h"
-#include "shell/shell_win32.h"
+#include "resources/records_ids.h"
+#include "base/front_win32.h"
 
 static const DialogField MakeFileBoxFields[] = {
     DIALOG_TEXT(IDC_MAKEFILE_PATH, MakeFileValues, path),
@@ -74,7 +73,7 @@ static INT_PTR CALLBACK MakeFileBoxProc(HWND dialog, UINT message, WPARAM wParam
     }
 }
 
-void OnCreateListingFile(HWND frame) {
-    if (!RecordsReadyForOutput()) return;
-    DialogBoxParamA(shell.instance, "MakeFileBox", frame, MakeFileBoxProc, 0);
+int OnCreateListingFile(HWND frame) {
+    if (!RecordsReadyForOutput()) return 0;
+    return DialogBoxParamA(shell.instance, "MakeFileBox", frame, MakeFileBoxProc, 0) == 1;
 }

@@ -6,7 +6,7 @@
 
 // File > Create Listing File (40035): the dialog, owned by the frame, when
 // there is at least one record and no recording runs; otherwise nothing.
-// The command's status line is the frame's.
-void OnCreateListingFile(HWND frame);
+// The command's status line is the frame's. 1 when the dialog ended with OK.
+int OnCreateListingFile(HWND frame);
 
 #endif

@@ -43,11 +43,6 @@ int TagDialogStore(int tagInHand, const TagDialogValues* values) {
     return 1;
 }
 
-void TagTableChanged() {
-    PlatformNotifyWindow(WINDOW_TAGS, 0);
-    statusFlags |= STATUS_CHANGED;
-    PlatformRepaint(WINDOW_LISTING, AREA_LISTING_INDEX, 1);
-}
 
 // ---- ManRecBox -----------------------------------------------------------------------------
 

@@ -7,6 +7,8 @@
 #ifndef VELDOR_DIALOGS_TAG_DIALOGS_H
 #define VELDOR_DIALOGS_TAG_DIALOGS_H
 
+#include "views/tags_view.h"
+
 // ---- AddEditTagTextBox --------------------------------------------------------------------
 // "Index" and "Text" hold 49 characters each.
 constexpr int TagEditSize = 50;
@@ -32,11 +34,6 @@ int TagDialogOpen(int number, TagDialogValues* values);
 // when the index is no record of the store or the text is empty; the dialog
 // then stays open and says nothing.
 int TagDialogStore(int tagInHand, const TagDialogValues* values);
-
-// What follows every change of the tag table by the dialog or the Text Tags
-// window: the Text Tags window refreshes, the data count as changed and the
-// Listing's index column (with its tag marks) repaints.
-void TagTableChanged();
 
 // ---- ManRecBox -----------------------------------------------------------------------------
 // Each edit holds 31 characters.

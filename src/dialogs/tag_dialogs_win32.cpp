@@ -4,8 +4,8 @@
 
 #include "dialogs/dialog_fields_win32.h"
 #include "dialogs/tag_dialogs.h"
-#include "dialogs/tags_ids.h"
-#include "shell/shell_win32.h"
+#include "resources/tags_ids.h"
+#include "base/front_win32.h"
 #include "survey/survey_state.h"
 
 // ---- AddEditTagTextBox --------------------------------------------------------------------

@@ -107,3 +107,14 @@ void ApplyGpsDiffMode() {
     }
     if (!SendFrame(body)) LogStatus("%s", Failure);
 }
+
+int TzrStepping() {
+    return (statusFlags & STATUS_TZR_MODE) && (statusFlags & STATUS_INCREMENT_CHANNEL);
+}
+
+void StepTzrChannel() {
+    if (!TzrStepping() || recordIntervalSeconds < 2) return;
+    int next = liveState.liveAccessoryChannel + 1;
+    if (next > tzrChannelCount) next = 1;
+    SendFramef("MC %d", next);
+}

@@ -6,6 +6,11 @@
 
 // 1 when all frames went out, 0 when the operator refused or a send failed.
 int ApplyTzrMode();
+// 1 while the TZR4100 mode steps the channel ("Increment channel").
+int TzrStepping();
+// After a timed record, while the program steps the TZR4100 (an interval of
+// 2 s or more): "MC" with the next channel, after the last one back to 1.
+void StepTzrChannel();
 int ApplyAr3000aMode();
 // Logs its own failure.
 void ApplyGpsDiffMode();

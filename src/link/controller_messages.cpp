@@ -149,3 +149,7 @@ void LinkTick() {
         SendFrameText("OP 1");
     }
 }
+
+int ReceiveBytes(char* data, int length) {
+    return ReceiveBytes(data, length, HandleControllerMessage);
+}

@@ -4,7 +4,6 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "link/controller_messages.h"
 #include "base/platform.h"
 #include "base/status_log.h"
 
@@ -92,7 +91,7 @@ static int LineIsGood(char* line) {
     return Crc8(body, (int)strlen(body)) == (uint8_t)(check & 0xFF);
 }
 
-int ReceiveBytes(char* data, int length) {
+int ReceiveBytes(char* data, int length, int (*handleBody)(const char* body)) {
     if (data == nullptr || length < 0) return 1;
     data[length] = '\0';
     size_t pieceLength = strlen(data);
@@ -117,7 +116,7 @@ int ReceiveBytes(char* data, int length) {
         size_t rest = strlen(cr + 1);
         memmove(receiveBuffer, receiveBuffer + (cr + 1 - line), rest + 1);
         if (LineIsGood(line)) {
-            HandleControllerMessage(line + 1);
+            handleBody(line + 1);
         } else {
             SendFrameText("NA");
             LogStatus("Received invalid data from controller");

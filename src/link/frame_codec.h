@@ -35,7 +35,12 @@ int SendFramef(const char* format, ...)
     ;
 
 // Feeds a piece read from the port. data must have room for one byte behind
-// length (the piece is terminated there). Always returns 1.
+// length (the piece is terminated there). The body of each frame whose check
+// holds goes to handleBody; any other frame is answered with "NA". Always
+// returns 1.
+int ReceiveBytes(char* data, int length, int (*handleBody)(const char* body));
+// The same with the controller's messages as the handler
+// (HandleControllerMessage, controller_messages.cpp).
 int ReceiveBytes(char* data, int length);
 
 // Empties the receive buffer and the last frame; called at each port open.

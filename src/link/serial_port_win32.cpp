@@ -4,7 +4,7 @@
 #include <string.h>
 
 #include "link/frame_codec.h"
-#include "shell/shell_win32.h"
+#include "base/front_win32.h"
 #include "base/status_log.h"
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"

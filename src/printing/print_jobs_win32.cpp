@@ -7,11 +7,10 @@
 #include "base/platform.h"
 #include "dialogs/dialog_fields_win32.h"
 #include "printing/print_boxes.h"
-#include "printing/print_ids.h"
+#include "resources/print_ids.h"
 #include "printing/print_listing.h"
 #include "printing/print_plot.h"
-#include "shell/frame_commands.h"
-#include "shell/shell_win32.h"
+#include "base/front_win32.h"
 
 namespace {
 

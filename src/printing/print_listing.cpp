@@ -11,12 +11,6 @@ namespace {
 
 const char* const FieldSeparator = " \t";
 
-void AppendText(char* line, const char* text) {
-    size_t used = strlen(line);
-    if (used + 1 >= (size_t)PrintLineSize) return;
-    snprintf(line + used, (size_t)PrintLineSize - used, "%s", text);
-}
-
 // Adds one left-aligned text on line to texts, if there is room.
 PrintText* AddText(PrintText* texts, int maxTexts, int* count, int32_t line) {
     if (*count >= maxTexts) return nullptr;
@@ -47,18 +41,7 @@ int FormatPrintLine(int32_t index, char* out) {
     DisplayFormat format = ReadPrintListingFormat();
     const Record& row = recordStore.rows[index];
     out[0] = '\0';
-    AppendPositionField(out, PrintLineSize, row.latitude, AXIS_LATITUDE, format);
-    AppendText(out, FieldSeparator);
-    AppendPositionField(out, PrintLineSize, row.longitude, AXIS_LONGITUDE, format);
-    for (int c = 0; c < 4; c++) {
-        AppendText(out, FieldSeparator);
-        AppendReadingField(out, PrintLineSize, c, row.ch[c], format);
-    }
-    if (row.flags & RECORD_HAS_CHANNEL) {
-        char channel[16];
-        snprintf(channel, sizeof channel, "%s%d", FieldSeparator, (int)row.accessoryChannel);
-        AppendText(out, channel);
-    }
+    AppendRecordFields(out, PrintLineSize, row, format, FieldSeparator);
     return 1;
 }
 

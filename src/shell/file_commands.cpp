@@ -4,7 +4,9 @@
 #include "base/status_log.h"
 #include "storage/data_file.h"
 #include "storage/reconciliation.h"
+#include "shell/recording_commands.h"
 #include "survey/recording_engine.h"
+#include "views/display_format.h"
 #include "survey/survey_state.h"
 #include "views/plot_geometry.h"
 

@@ -7,19 +7,32 @@
 // - check mark: the statusFlags bit that puts a check on the item, or 0;
 // - status line: what the command writes with LogStatus (FrameCommandLogLine),
 //   or nullptr for one that writes none of its own;
-// - handler: CORE(f) for a portable f(int id) that RunCoreFrameCommand runs,
-//   FRAME(f) for an f(HWND frame, int id) of the Windows front end
-//   (frame_commands_win32.cpp), FRAME(nullptr) for a command that does
-//   nothing yet.
+// - handler: CORE(f) for a portable f(int id) that RunCoreFrameCommand runs;
+//   in the Windows front end (frame_commands_win32.cpp) FRAME(f) for an
+//   f(HWND frame, int id) that writes its own status line, DIALOG(f) for an
+//   f(HWND frame) that opens a dialog after the row's status line, OUTPUT(f)
+//   for an f(HWND frame) that makes a listing or a print: it runs, after the
+//   status line, only with records ready for output (an accelerator or a
+//   popup menu may reach it without the menu); FRAME(nullptr) for a command
+//   that does nothing yet.
 //
-// Each file that expands the table defines CORE and FRAME first, so that it
-// sees only the handlers that it can reach.
+// Each file that expands the table defines CORE, FRAME, DIALOG and OUTPUT
+// first, so that it sees only the handlers that it can reach.
 #ifndef VELDOR_SHELL_FRAME_COMMAND_TABLE_H
 #define VELDOR_SHELL_FRAME_COMMAND_TABLE_H
 
 #include "resources/resource_ids.h"
-#include "shell/frame_commands.h"
 #include "survey/survey_state.h"
+
+// When a frame command's menu item is enabled.
+enum EnableRule {
+    ENABLE_ALWAYS = 0,
+    ENABLE_IDLE = 1,           // while not recording
+    ENABLE_RECORDING = 2,      // while recording
+    ENABLE_SAVE = 3,           // changed data, a file name and at least one record
+    ENABLE_FILE_NAMED = 4,     // a data file is named
+    ENABLE_RECORDS_READY = 5,  // RecordsReadyForOutput
+};
 
 // clang-format off
 #define FRAME_COMMANDS(X)                                                                          \
@@ -27,33 +40,33 @@
     X(IDM_FILE_SAVE, ENABLE_SAVE, 0, nullptr, FRAME(OnFileSave))                                   \
     X(IDM_FILE_SAVE_AS, ENABLE_IDLE, 0, "Select filename for data file...", FRAME(OnFileSaveAs))   \
     X(IDM_FILE_CLOSE, ENABLE_FILE_NAMED, 0, "File closed", FRAME(OnFileClose))                     \
-    X(IDM_FILE_PREFERENCES, ENABLE_ALWAYS, 0, "Set preferences", FRAME(OnPrefs))                   \
-    X(IDM_FILE_MAKE_LISTING, ENABLE_RECORDS_READY, 0, "Creating list file", FRAME(OnMakeListing))  \
-    X(IDM_FILE_PRINT_LISTING, ENABLE_RECORDS_READY, 0, "Print listing", FRAME(OnPrintListing))     \
-    X(IDM_FILE_PRINT_PLOT, ENABLE_RECORDS_READY, 0, "Print plot", FRAME(OnPrintPlot))              \
+    X(IDM_FILE_PREFERENCES, ENABLE_ALWAYS, 0, "Set preferences", DIALOG(OnPreferences))                   \
+    X(IDM_FILE_MAKE_LISTING, ENABLE_RECORDS_READY, 0, "Creating list file", OUTPUT(OnCreateListingFile))  \
+    X(IDM_FILE_PRINT_LISTING, ENABLE_RECORDS_READY, 0, "Print listing", OUTPUT(PrintListing))     \
+    X(IDM_FILE_PRINT_PLOT, ENABLE_RECORDS_READY, 0, "Print plot", OUTPUT(PrintPlot))              \
     X(IDM_FILE_EXIT, ENABLE_ALWAYS, 0, nullptr, FRAME(OnExit))                                     \
     X(IDM_RECORD_START, ENABLE_IDLE, 0, nullptr, CORE(OnRecordStart))                              \
     X(IDM_RECORD_STOP, ENABLE_RECORDING, 0, nullptr, CORE(OnRecordStop))                           \
     X(IDM_RECORD_TAKE_READING, ENABLE_IDLE, 0, nullptr, CORE(OnTakeReading))                       \
-    X(IDM_RECORD_MANUAL_READING, ENABLE_ALWAYS, 0, "Take manual reading", FRAME(OnManualReading))    \
-    X(IDM_RECORD_ADD_TAG, ENABLE_ALWAYS, 0, nullptr, FRAME(OnAddTag))                              \
+    X(IDM_RECORD_MANUAL_READING, ENABLE_ALWAYS, 0, "Take manual reading", DIALOG(OnTakeManualReading))    \
+    X(IDM_RECORD_ADD_TAG, ENABLE_ALWAYS, 0, nullptr, DIALOG(OnAddTextTag))                              \
     X(IDM_RECORD_CLEAR, ENABLE_RECORDS_READY, 0, nullptr, CORE(OnClearRecords))                    \
     X(IDM_RECORD_FILTER, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))                   \
     X(IDM_RECORD_STATISTICS, ENABLE_RECORDS_READY, 0, nullptr, FRAME(HandToListing))               \
-    X(IDM_RECORD_SETTINGS, ENABLE_IDLE, 0, "Configure record settings", FRAME(OnRecSettings))      \
-    X(IDM_RECORD_CALIBRATION, ENABLE_IDLE, 0, "Calibration", FRAME(OnCal))                         \
+    X(IDM_RECORD_SETTINGS, ENABLE_IDLE, 0, "Configure record settings", DIALOG(OnRecordSettings))      \
+    X(IDM_RECORD_CALIBRATION, ENABLE_IDLE, 0, "Calibration", DIALOG(OnCalibration))                         \
     X(IDM_RECORD_CALTEXT_1, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_2, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_3, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
     X(IDM_RECORD_CALTEXT_4, ENABLE_ALWAYS, 0, nullptr, CORE(OnCalibrationToText))                  \
-    X(IDM_CONFIG_DISPLAY, ENABLE_ALWAYS, 0, "Configure display", FRAME(OnDisplay))                 \
-    X(IDM_CONFIG_PORT, ENABLE_IDLE, 0, "Configure ports", FRAME(OnPorts))                       \
-    X(IDM_CONFIG_GPS, ENABLE_IDLE, 0, "Configure GPS", FRAME(OnGps))                               \
+    X(IDM_CONFIG_DISPLAY, ENABLE_ALWAYS, 0, "Configure display", DIALOG(OnConfigureDisplay))                 \
+    X(IDM_CONFIG_PORT, ENABLE_IDLE, 0, "Configure ports", DIALOG(OnConfigurePorts))                       \
+    X(IDM_CONFIG_GPS, ENABLE_IDLE, 0, "Configure GPS", DIALOG(OnConfigureGps))                               \
     X(IDM_CONFIG_GPS_DIFF, ENABLE_IDLE, STATUS_GPS_DIFF_MODE, "Configure differential GPS input",  \
-      FRAME(OnGpsDiff))                                                                           \
+      DIALOG(OnConfigureGpsDiff))                                                                           \
     X(IDM_CONFIG_AR3000A, ENABLE_IDLE, STATUS_AR3000A_MODE, "Configure AR3000A",                   \
-      FRAME(OnAr3000a))                                                                           \
-    X(IDM_CONFIG_TZR4100, ENABLE_IDLE, STATUS_TZR_MODE, "Configure TZR4100", FRAME(OnTzr4100))    \
+      DIALOG(OnConfigureAr3000a))                                                                           \
+    X(IDM_CONFIG_TZR4100, ENABLE_IDLE, STATUS_TZR_MODE, "Configure TZR4100", DIALOG(OnConfigureTzr4100))    \
     X(IDM_CONFIG_RESET_CONTROLLER, ENABLE_IDLE, 0, "Reset sent to controller",                     \
       CORE(OnResetController))                                                                     \
     X(IDM_WINDOW_CASCADE, ENABLE_ALWAYS, 0, "Windows cascaded", FRAME(OnCascade))                  \

@@ -9,6 +9,7 @@
 #include "shell/frame_command_table.h"
 #include "storage/cal_file.h"
 #include "storage/settings_file.h"
+#include "shell/recording_commands.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 #include "veldor_version.h"
@@ -31,12 +32,16 @@ struct FrameCommandRow {
 
 #define CORE(handler) handler
 #define FRAME(handler) nullptr
+#define DIALOG(handler) nullptr
+#define OUTPUT(handler) nullptr
 #define ROW(id, enabled, checkFlag, logLine, handler) {id, enabled, checkFlag, logLine, handler},
 static const FrameCommandRow FrameCommandRows[] = {FRAME_COMMANDS(ROW)};
 #undef ROW
 #define MENU_ID(id, enabled, checkFlag, logLine, handler) id,
 const int FrameMenuIds[] = {FRAME_COMMANDS(MENU_ID)};
 #undef MENU_ID
+#undef OUTPUT
+#undef DIALOG
 #undef FRAME
 #undef CORE
 const int FrameMenuIdCount = (int)(sizeof FrameMenuIds / sizeof FrameMenuIds[0]);
@@ -49,8 +54,6 @@ static const FrameCommandRow* FindFrameCommand(int id) {
 }
 
 static int Recording() { return (statusFlags & STATUS_RECORDING) != 0; }
-
-int RecordsReadyForOutput() { return recordCount >= 1 && !Recording(); }
 
 static int EnableRuleHolds(EnableRule rule) {
     switch (rule) {
@@ -77,16 +80,6 @@ int MenuItemChecked(int id) {
 const char* FrameCommandLogLine(int id) {
     const FrameCommandRow* row = FindFrameCommand(id);
     return row == nullptr ? nullptr : row->logLine;
-}
-
-const char* ChildWindowTitle(int window) {
-    switch (window) {
-    case WINDOW_LISTING: return "Listing";
-    case WINDOW_PLOT: return "Plot";
-    case WINDOW_CHART: return "Chart";
-    case WINDOW_TAGS: return "Text Tags";
-    default: return nullptr;
-    }
 }
 
 void ResetController() {

@@ -14,16 +14,6 @@
 constexpr int FirstFrameCommand = 40002;
 constexpr int LastFrameCommand = 40090;
 
-// When a frame command's menu item is enabled.
-enum EnableRule {
-    ENABLE_ALWAYS = 0,
-    ENABLE_IDLE = 1,           // while not recording
-    ENABLE_RECORDING = 2,      // while recording
-    ENABLE_SAVE = 3,           // changed data, a file name and at least one record
-    ENABLE_FILE_NAMED = 4,     // a data file is named
-    ENABLE_RECORDS_READY = 5,  // RecordsReadyForOutput
-};
-
 // Every item of the frame's menu, in menu order.
 extern const int FrameMenuIds[];
 extern const int FrameMenuIdCount;
@@ -33,18 +23,9 @@ int MenuItemEnabled(int id);
 // 1 when the item is to carry a check mark (the three accessory modes).
 int MenuItemChecked(int id);
 
-// Create Listing File and both Print commands run only with at least one
-// record and while not recording; their handlers test this themselves,
-// since an accelerator or a popup menu may reach them without the menu.
-int RecordsReadyForOutput();
-
 // The status line a command writes, or nullptr for the commands that write
 // none of their own. Show Listing and its sisters have "%s window opened".
 const char* FrameCommandLogLine(int id);
-
-// The title and settings section of a child window (WINDOW_LISTING ..
-// WINDOW_TAGS): "Listing", "Plot", "Chart", "Text Tags"; nullptr otherwise.
-const char* ChildWindowTitle(int window);
 
 // Runs a command of a CORE row of the table (Start, Stop, Take a Reading,
 // Clear, the four Copy Calibration To Text File commands and Reset

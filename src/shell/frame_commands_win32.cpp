@@ -20,19 +20,7 @@
 #include "dialogs/tag_dialogs_win32.h"
 #include "printing/print_jobs_win32.h"
 #include "survey/survey_state.h"
-
-void CentreDialog(HWND window) {
-    if (window == nullptr) return;
-    RECT rect;
-    RECT desktop;
-    GetWindowRect(window, &rect);
-    GetWindowRect(GetDesktopWindow(), &desktop);
-    int width = rect.right - rect.left;
-    int height = rect.bottom - rect.top;
-    int x = (desktop.right - desktop.left - width) / 2;
-    int y = (desktop.bottom - desktop.top - height) / 2;
-    SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOREDRAW);
-}
+#include "views/view_areas.h"
 
 static void ErrorBox(const char* text) {
     MessageBoxA(FrameWindow(), text, "VELDOR", MB_OK | MB_ICONSTOP);
@@ -58,83 +46,6 @@ static void OnFileSaveAs(HWND, int) { FileSaveAs(); }
 static void OnFileClose(HWND, int) { FileClose(); }
 
 static void OnExit(HWND frame, int) { PostMessageA(frame, WM_CLOSE, 0, 0); }
-
-// The commands whose dialog or file work is not part of the frame log their
-// line here as they start.
-static void LogCommand(HWND, int id) {
-    const char* line = FrameCommandLogLine(id);
-    if (line != nullptr) LogStatus("%s", line);
-}
-
-static void OnPrintListing(HWND frame, int id) {
-    if (!RecordsReadyForOutput()) return;
-    LogCommand(frame, id);
-    PrintListing(frame);
-}
-
-static void OnPrintPlot(HWND frame, int id) {
-    if (!RecordsReadyForOutput()) return;
-    LogCommand(frame, id);
-    PrintPlot(frame);
-}
-
-static void OnMakeListing(HWND frame, int id) {
-    if (!RecordsReadyForOutput()) return;
-    LogCommand(frame, id);
-    OnCreateListingFile(frame);
-}
-
-static void OnManualReading(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnTakeManualReading(frame);
-}
-
-static void OnAddTag(HWND frame, int) { OnAddTextTag(frame); }
-
-static void OnCal(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnCalibration(frame);
-}
-
-static void OnDisplay(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnConfigureDisplay(frame);
-}
-
-static void OnRecSettings(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnRecordSettings(frame);
-}
-
-static void OnPrefs(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnPreferences(frame);
-}
-
-static void OnPorts(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnConfigurePorts(frame);
-}
-
-static void OnGpsDiff(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnConfigureGpsDiff(frame);
-}
-
-static void OnAr3000a(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnConfigureAr3000a(frame);
-}
-
-static void OnTzr4100(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnConfigureTzr4100(frame);
-}
-
-static void OnGps(HWND frame, int id) {
-    LogCommand(frame, id);
-    OnConfigureGps(frame);
-}
 
 // Commands that hand over to the Listing window do nothing without it.
 static void HandToListing(HWND, int id) {
@@ -194,23 +105,38 @@ static void OnHelp(HWND, int) { RunHelpAction(); }
 
 struct FrameHandler {
     int id;
-    void (*run)(HWND frame, int id);  // null: nothing to do here
+    void (*run)(HWND frame, int id);  // FRAME rows; null: nothing to do here
+    void (*open)(HWND frame);         // DIALOG rows
+    int (*output)(HWND frame);        // OUTPUT rows
 };
 
-#define CORE(handler) nullptr
-#define FRAME(handler) handler
+#define CORE(handler) nullptr, nullptr, nullptr
+#define FRAME(handler) handler, nullptr, nullptr
+#define DIALOG(handler) nullptr, handler, nullptr
+#define OUTPUT(handler) nullptr, nullptr, handler
 #define ROW(id, enabled, checkFlag, logLine, handler) {id, handler},
 static const FrameHandler FrameHandlers[] = {FRAME_COMMANDS(ROW)};
 #undef ROW
+#undef OUTPUT
+#undef DIALOG
 #undef FRAME
 #undef CORE
+
+static void LogCommandLine(int id) {
+    const char* line = FrameCommandLogLine(id);
+    if (line != nullptr) LogStatus("%s", line);
+}
 
 LRESULT OnFrameCommand(HWND frame, int id, HWND, UINT) {
     if (id < FirstFrameCommand || id > LastFrameCommand) return 0;
     if (RunCoreFrameCommand(id)) return 1;
     for (const FrameHandler& row : FrameHandlers) {
         if (row.id != id) continue;
+        if (row.output != nullptr && !RecordsReadyForOutput()) return 1;
+        if (row.open != nullptr || row.output != nullptr) LogCommandLine(id);
         if (row.run != nullptr) row.run(frame, id);
+        if (row.open != nullptr) row.open(frame);
+        if (row.output != nullptr) row.output(frame);
         return 1;
     }
     return 0;

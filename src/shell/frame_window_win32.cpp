@@ -6,7 +6,11 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "base/busy.h"
 #include "base/status_log.h"
+#include "dialogs/filter_box_win32.h"
+#include "dialogs/general_dialogs_win32.h"
+#include "dialogs/tag_dialogs_win32.h"
 #include "link/accessory_modes.h"
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
@@ -15,6 +19,8 @@
 #include "shell/shell_win32.h"
 #include "shell/startup.h"
 #include "shell/tick.h"
+#include "shell/recording_commands.h"
+#include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 #include "views/child_windows_win32.h"
 
@@ -101,19 +107,25 @@ static void ForwardKey(LPARAM lParam) {
     if (active != nullptr) SendMessageA(active, WM_VELDOR, PRIVATE_FORWARD_KEY, lParam);
 }
 
-static void OnPrivateMessage(HWND frame, WPARAM code, LPARAM lParam) {
+static LRESULT OnPrivateMessage(HWND frame, WPARAM code, LPARAM lParam) {
     switch (code) {
+    case PRIVATE_FILTER_BOX: return RunFilterBox((HWND)lParam);
+    case PRIVATE_COLOURS_BOX: return RunColoursBox((HWND)lParam);
+    case PRIVATE_EDIT_TAG: EditTag((int)lParam); break;
+    case PRIVATE_VIEW_CREATED: OnViewCreated((int)lParam); break;
+    case PRIVATE_VIEW_CLOSING: OnViewClosing((int)lParam); break;
     case PRIVATE_STARTUP: RunStartupSequence(frame); break;
     case PRIVATE_OPEN_PORT: ReopenPort(); break;
     case PRIVATE_ACCESSORY_SETUP: SetUpAccessoryPort(); break;
     case PRIVATE_FONTS_CHANGED:
-        RebuildViewFont(WINDOW_LISTING);
-        RebuildViewFont(WINDOW_PLOT);
-        RebuildViewFont(WINDOW_CHART);
+        HandViewFont(WINDOW_LISTING, 1);
+        HandViewFont(WINDOW_PLOT, 1);
+        HandViewFont(WINDOW_CHART, 1);
         break;
     case PRIVATE_FORWARD_KEY: ForwardKey(lParam); break;
     default: break;
     }
+    return 0;
 }
 
 // ---- Exit -------------------------------------------------------------------------------
@@ -156,8 +168,7 @@ LRESULT CALLBACK FrameWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM 
         Tick((int)wParam);
         return 0;
     case WM_VELDOR:
-        OnPrivateMessage(hwnd, wParam, lParam);
-        return 0;
+        return OnPrivateMessage(hwnd, wParam, lParam);
     case WM_MOUSEMOVE:
         ShowBusyCursor();
         return 0;

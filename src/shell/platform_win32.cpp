@@ -12,18 +12,6 @@
 #include "shell/shell_win32.h"
 #include "base/status_log.h"
 
-ShellState shell;
-
-void SetPlatformWindow(int window, HWND hwnd) {
-    if (window >= 0 && window < WINDOW_COUNT) shell.windows[window] = hwnd;
-}
-
-HWND PlatformWindowHandle(int window) {
-    if (window < 0 || window >= WINDOW_COUNT) return nullptr;
-    HWND hwnd = shell.windows[window];
-    return hwnd != nullptr && IsWindow(hwnd) ? hwnd : nullptr;
-}
-
 // ---- Serial port -----------------------------------------------------------------
 
 int PlatformPortIsOpen() { return portHandle != INVALID_HANDLE_VALUE ? 1 : 0; }
@@ -153,10 +141,6 @@ static int MouseOverFrame() {
     POINT point;
     RECT rect;
     return GetCursorPos(&point) && GetWindowRect(frame, &rect) && PtInRect(&rect, point);
-}
-
-void ShowBusyCursor() {
-    SetCursor(LoadCursorA(nullptr, BusyCount() < 1 ? IDC_ARROW : IDC_WAIT));
 }
 
 void PlatformBusyChanged(int) {

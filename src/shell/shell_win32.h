@@ -1,40 +1,12 @@
-// The Windows front end's shared state: the instance, the frame and its two
-// children, the handles behind the window ids of the platform seam, and the
-// shell operations that several windows and dialogs use.
+// The shell's own part of the Windows front end: the child windows it
+// creates, the frame's procedure, its menu and the help action. What every
+// front-end file shares is in base/front_win32.h.
 #ifndef VELDOR_SHELL_SHELL_WIN32_H
 #define VELDOR_SHELL_SHELL_WIN32_H
 
 #include <windows.h>
 
-#include "base/platform.h"
-
-// The private message of the frame and of the child windows.
-constexpr UINT WM_VELDOR = WM_USER;
-// Codes of the frame's private message (its word parameter).
-constexpr WPARAM PRIVATE_STARTUP = 1;
-constexpr WPARAM PRIVATE_OPEN_PORT = 2;
-constexpr WPARAM PRIVATE_ACCESSORY_SETUP = 3;
-constexpr WPARAM PRIVATE_FONTS_CHANGED = 4;
-constexpr WPARAM PRIVATE_FORWARD_KEY = 5;
-
-struct ShellState {
-    HINSTANCE instance;
-    HWND mdiClient;
-    HWND statusBar;
-    HWND signOnBox;
-    DWORD uiThreadId;
-    // Indexed by WindowId; WINDOW_FRAME is the frame itself.
-    HWND windows[WINDOW_COUNT];
-};
-extern ShellState shell;
-
-inline HWND FrameWindow() { return shell.windows[WINDOW_FRAME]; }
-
-// Windows and dialogs announce themselves here as they are created and
-// destroyed (null), so that the seam can reach them by id.
-void SetPlatformWindow(int window, HWND hwnd);
-// The handle of a window id, null when the window does not exist.
-HWND PlatformWindowHandle(int window);
+#include "base/front_win32.h"
 
 // Creates a child window on the multiple-document client, placed from the
 // "Origin X", "Origin Y", "Width" and "Height" keys of section title, and
@@ -44,10 +16,16 @@ HWND CreateChildWindow(const char* title, const char* className, DWORD style);
 // class and style.
 HWND CreateViewWindow(int window);
 
-// Moves a window, keeping its size, to the middle of the desktop.
-void CentreDialog(HWND window);
-// Opens the help document; the Help menu and every dialog's Help button.
+// Opens the help document: Help > Help, which every dialog's Help button
+// performs as a frame command.
 void RunHelpAction();
+
+// The view windows' settings (view_settings_win32.cpp): the font of the
+// Listing, Plot or Chart handed to it (rebuild 1: rebuilt and repainted after
+// a change), and what the frame does when a view is created and closes.
+void HandViewFont(int window, int rebuild);
+void OnViewCreated(int window);
+void OnViewClosing(int window);
 
 // The frame window's procedure (frame_window_win32.cpp); start-up registers
 // its class and creates the frame.
@@ -56,8 +34,5 @@ LRESULT CALLBACK FrameWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM 
 // The frame's menu: WM_COMMAND dispatch and WM_INITMENUPOPUP.
 LRESULT OnFrameCommand(HWND frame, int id, HWND control, UINT notify);
 void UpdateMenuState();
-
-// Sets the cursor for the busy count when the mouse is over the frame.
-void ShowBusyCursor();
 
 #endif

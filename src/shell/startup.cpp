@@ -3,12 +3,14 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#include "base/busy.h"
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
 #include "base/app_paths.h"
 #include "base/platform.h"
 #include "storage/colours_file.h"
 #include "storage/settings_file.h"
+#include "storage/cal_file.h"
 #include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"

@@ -15,6 +15,7 @@
 #include "storage/settings_file.h"
 #include "survey/survey_state.h"
 #include "views/child_windows_win32.h"
+#include "views/view_areas.h"
 
 static const char FrameClass[] = "Veldor_Frame";
 static const UINT_PTR SignOnTimerId = 1;

@@ -1,6 +1,7 @@
 // The frame's one-second tick.
 #include "shell/tick.h"
 
+#include "link/accessory_modes.h"
 #include "link/controller_messages.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
@@ -12,7 +13,7 @@ void Tick(int timerId) {
     if (!(statusFlags & STATUS_RECORDING)) return;
     if (statusFlags & STATUS_DISTANCE_INTERVAL)
         RecordByDistance();
-    else
-        RecordByTime();
+    else if (RecordByTime())
+        StepTzrChannel();
     AutosaveTick();
 }

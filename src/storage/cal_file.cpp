@@ -5,6 +5,8 @@
 #include <string.h>
 #include <sys/stat.h>
 
+#include "base/busy.h"
+#include "base/app_paths.h"
 #include "base/platform.h"
 #include "base/status_log.h"
 #include "storage/settings_file.h"
@@ -179,4 +181,17 @@ void CopyCalibrationToText(int channel) {
     // 5.
     fclose(file);
     EndBusy();
+}
+
+void LoadStartupCalibration() {
+    for (int channel = 0; channel < CalChannels; channel++) {
+        char name[261];
+        ReadSetting(KeyCalibrationFile[channel], name, sizeof name);
+        if (name[0] == '\0') {
+            int n = snprintf(name, sizeof name, "%s\\Default.cal", appDirectory);
+            if (n < 0) name[0] = '\0';
+        }
+        if (!ReadCalFile(name, channel)) SetDefaultCalTable(channel);
+        BuildChannelLookup(channel);
+    }
 }

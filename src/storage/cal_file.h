@@ -41,4 +41,10 @@ int WriteCalFile(const char* path, int channel);
 // The frame command calls this and logs nothing of its own.
 void CopyCalibrationToText(int channel);
 
+// The start-up sequence: for channels 0 to 3 in turn, read the file named by
+// "Ch1 filename".."Ch4 filename" of section "Calibration" (empty: the path
+// "<appDirectory>\Default.cal"); if that read fails, the default curve
+// (0, 0.0)-(255, 100.0); then BuildChannelLookup.
+void LoadStartupCalibration();
+
 #endif

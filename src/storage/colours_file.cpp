@@ -2,11 +2,6 @@
 
 #include <stdio.h>
 
-uint32_t PlotColourHigh;
-uint32_t PlotColourMid;
-uint32_t PlotColourLow;
-uint32_t PlotColourNone;
-
 namespace {
 
 bool IsSpace(char c) {

@@ -1,4 +1,4 @@
-// The plot's four colours and their file, "Colours.txt" beside the program:
+// The plot's four colours (views/plot_view.h) and their file, "Colours.txt" beside the program:
 // one colour to a line, a letter and then red, green and blue, e.g. "H 0 0 255".
 // The file is read once at start-up and never written.
 #ifndef VELDOR_STORAGE_COLOURS_FILE_H
@@ -6,12 +6,9 @@
 
 #include <stdint.h>
 
-// Colours as 0x00BBGGRR: red in the low byte, then green, then blue.
-extern uint32_t PlotColourHigh;
-extern uint32_t PlotColourMid;
-extern uint32_t PlotColourLow;
-extern uint32_t PlotColourNone;
+#include "views/plot_view.h"
 
+// Colours as 0x00BBGGRR: red in the low byte, then green, then blue.
 uint32_t MakeColour(int red, int green, int blue);
 
 // High blue, Mid green, Low red, None black.

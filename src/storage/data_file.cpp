@@ -3,8 +3,10 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "base/busy.h"
 #include "base/platform.h"
 #include "base/status_log.h"
+#include "resources/resource_ids.h"
 #include "storage/reconciliation.h"
 #include "survey/survey_state.h"
 #include "views/display_format.h"
@@ -16,10 +18,6 @@ static const char* const DataFileMagic[DataFileVersions] = {
 };
 enum { V1_0 = 0, V1_1 = 1, V1_2 = 2, V1_3 = 3, V1_4 = 4 };
 static const char DataFileTrailer[DataFileTrailerSize] = "[End]";
-
-// The Plot window's "Zoom Auto" button command; posted to the window after a
-// file has been read so that the plot fits the new records.
-constexpr int PlotZoomAutoCommand = 4109;
 
 constexpr int MessageSize = 1024;
 constexpr int TempSuffixSize = 5;  // ".tmp" and its NUL
@@ -325,7 +323,8 @@ int LoadDataFile() {
     ResetPlotView();
     RepaintDataViews();
     LogStatus("Data read from file '%s'", DisplayFileName(dataFileName));
-    PlatformNotifyWindow(WINDOW_PLOT, PlotZoomAutoCommand);
+    // The Plot's "Zoom Auto" button, so that the plot fits the new records.
+    PlatformNotifyWindow(WINDOW_PLOT, IDM_PLOT_ZOOM_AUTO);
     EndBusy();
     return 1;
 }

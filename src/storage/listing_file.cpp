@@ -3,6 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "base/busy.h"
 #include "base/platform.h"
 #include "base/status_log.h"
 #include "storage/settings_file.h"
@@ -19,11 +20,6 @@ void Append(char* line, int limit, const char* text) {
     if (length > room) length = room;
     memcpy(line + used, text, length);
     line[used + length] = '\0';
-}
-
-void AppendChar(char* line, int limit, char c) {
-    char text[2] = {c, '\0'};
-    Append(line, limit, text);
 }
 
 // The first tag of the record in tag order, or null.
@@ -90,18 +86,8 @@ char* FormatListingLine(int32_t index, const DisplayFormat& format, char separat
                  local.year, separator, local.hour, local.minute, local.second, separator);
         Append(line, limit, stamp);
     }
-    AppendPositionField(line, limit, row.latitude, AXIS_LATITUDE, format);
-    AppendChar(line, limit, separator);
-    AppendPositionField(line, limit, row.longitude, AXIS_LONGITUDE, format);
-    for (int c = 0; c < 4; c++) {
-        AppendChar(line, limit, separator);
-        AppendReadingField(line, limit, c, row.ch[c], format);
-    }
-    if (row.flags & RECORD_HAS_CHANNEL) {
-        char channel[16];
-        snprintf(channel, sizeof channel, "%c%d", separator, (int)row.accessoryChannel);
-        Append(line, limit, channel);
-    }
+    const char fieldSeparator[2] = {separator, '\0'};
+    AppendRecordFields(line, limit, row, format, fieldSeparator);
     const char* tag = FirstTagText(index);
     if (tag != nullptr) {
         char text[TagTextSize + 1];

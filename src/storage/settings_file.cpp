@@ -50,3 +50,27 @@ int WriteSettingInt(const IntSetting& setting, int value) {
 int ReadWindowPlace(const char* section, const char* key) {
     return ProfileGetInt(section, key, SettingNotStored, settingsPath);
 }
+
+// ---- The display formats ----------------------------------------------------
+
+void LoadScreenFormat() {
+    ScreenFormat.latLongMode = ReadSetting(KeyListingLatLong);
+    ScreenFormat.signMode = ReadSetting(KeyListingSign);
+    ScreenFormat.readingMode = ReadSetting(KeyListingDecimalPlaces);
+}
+
+DisplayFormat ReadPrintListingFormat() {
+    DisplayFormat format;
+    format.latLongMode = ReadSetting(KeyPrintListingLatLong);
+    format.signMode = ReadSetting(KeyPrintListingSign);
+    format.readingMode = ReadSetting(KeyPrintListingDecimalPlaces);
+    return format;
+}
+
+DisplayFormat ReadListingFileFormat() {
+    DisplayFormat format;
+    format.latLongMode = ReadSetting(KeyListingFileLatLong);
+    format.signMode = ReadSetting(KeyListingFileSign);
+    format.readingMode = ReadSetting(KeyListingFileDecimalPlaces);
+    return format;
+}

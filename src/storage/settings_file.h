@@ -7,6 +7,9 @@
 
 #include <stdint.h>
 
+#include "survey/recording_engine.h"
+#include "views/display_format.h"
+
 // Read with this default, a window place or size means "nothing stored".
 constexpr int SettingNotStored = -2147483647 - 1;
 
@@ -53,9 +56,9 @@ constexpr IntSetting KeyShowChart{SECTION_MAIN_WINDOW, "Show chart", 1};
 constexpr IntSetting KeyShowTags{SECTION_MAIN_WINDOW, "Show tags", 1};
 
 // ---- "Listing" -------------------------------------------------------------------
-constexpr IntSetting KeyListingLatLong{SECTION_LISTING, "Lat/Long", 2};
-constexpr IntSetting KeyListingSign{SECTION_LISTING, "Sign", 1};
-constexpr IntSetting KeyListingDecimalPlaces{SECTION_LISTING, "Decimal places", 1};
+constexpr IntSetting KeyListingLatLong{SECTION_LISTING, "Lat/Long", LATLONG_DEG_MIN};
+constexpr IntSetting KeyListingSign{SECTION_LISTING, "Sign", SIGN_NORTH_SOUTH};
+constexpr IntSetting KeyListingDecimalPlaces{SECTION_LISTING, "Decimal places", READING_0_0};
 constexpr TextSetting KeyListingFontName{SECTION_LISTING, "FontName", "Arial", 63};
 constexpr IntSetting KeyListingFontSize{SECTION_LISTING, "FontSize", 12};
 // Child window places use the section named by the window's title; see
@@ -107,18 +110,18 @@ constexpr IntSetting KeyTagsOriginX{SECTION_TEXT_TAGS, "Origin X", 20};
 constexpr IntSetting KeyTagsOriginY{SECTION_TEXT_TAGS, "Origin Y", 20};
 
 // ---- "General" ---------------------------------------------------------------------
-constexpr IntSetting KeyRecordIntervalSeconds{SECTION_GENERAL, "Record Interval Seconds", 5};
-constexpr IntSetting KeyRecordIntervalMeters{SECTION_GENERAL, "Record Interval Meters", 500};
+constexpr IntSetting KeyRecordIntervalSeconds{SECTION_GENERAL, "Record Interval Seconds", DefaultRecordIntervalSeconds};
+constexpr IntSetting KeyRecordIntervalMeters{SECTION_GENERAL, "Record Interval Meters", DefaultRecordIntervalMeters};
 constexpr IntSetting KeyRecordIntervalInMeters{SECTION_GENERAL, "Record Interval in Meters", 0};
 constexpr IntSetting KeyAutosaveEnable{SECTION_GENERAL, "Autosave Enable", 0};
-constexpr IntSetting KeyAutosaveInterval{SECTION_GENERAL, "Autosave Interval", 5};
+constexpr IntSetting KeyAutosaveInterval{SECTION_GENERAL, "Autosave Interval", DefaultAutosaveMinutes};
 constexpr IntSetting KeyAveraging{SECTION_GENERAL, "Averaging", 0};
 constexpr IntSetting KeyShowPath{SECTION_GENERAL, "Show Path", 0};
 constexpr IntSetting KeyLoadStoredData{SECTION_GENERAL, "Load stored data", 1};
 constexpr IntSetting KeyCheckStoredData{SECTION_GENERAL, "Check stored data", 1};
 constexpr IntSetting KeyPlotCurrentPosition{SECTION_GENERAL, "Plot Current Position", 0};
-constexpr IntSetting KeyMaxPlotTime{SECTION_GENERAL, "Max plot time", 1000};
-constexpr IntSetting KeyEarthRadius{SECTION_GENERAL, "Earth Radius (km)", 6371};
+constexpr IntSetting KeyMaxPlotTime{SECTION_GENERAL, "Max plot time", DefaultMaxPlotTime};
+constexpr IntSetting KeyEarthRadius{SECTION_GENERAL, "Earth Radius (km)", DefaultEarthRadiusKm};
 
 // ---- "Calibration" ----------------------------------------------------------------
 // Default empty; some readers supply their own default (see CalibrationFileName).
@@ -174,7 +177,7 @@ constexpr IntSetting KeyAr3000aAttOn[4] = {
 constexpr IntSetting KeyTzrEnable{SECTION_TZR4100, "Enable TZR4100 mode", 0};
 constexpr int TzrEnableDefaultAtPortOpen = 1;
 constexpr IntSetting KeyTzrInitialChannel{SECTION_TZR4100, "Inital channel", 1};
-constexpr IntSetting KeyTzrNumberOfChannels{SECTION_TZR4100, "Number of channels", 10};
+constexpr IntSetting KeyTzrNumberOfChannels{SECTION_TZR4100, "Number of channels", DefaultTzrChannelCount};
 constexpr IntSetting KeyTzrIncrementChannel{SECTION_TZR4100, "Incriment channel", 1};
 constexpr IntSetting KeyTzrInputChannel{SECTION_TZR4100, "Input channel", 1};
 
@@ -198,5 +201,13 @@ int WriteSettingInt(const IntSetting& setting, int value);
 
 // A child window's place keys live in the section named by its title.
 int ReadWindowPlace(const char* section, const char* key);
+
+// ---- The display formats ----------------------------------------------------------
+// Reads "Lat/Long", "Sign" and "Decimal places" of section "Listing" into
+// ScreenFormat (start-up).
+void LoadScreenFormat();
+// The report formats, read afresh from "Print Listing" / "Listing File".
+DisplayFormat ReadPrintListingFormat();
+DisplayFormat ReadListingFileFormat();
 
 #endif

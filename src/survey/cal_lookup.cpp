@@ -4,10 +4,8 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "base/app_paths.h"
+#include "base/busy.h"
 #include "base/platform.h"
-#include "storage/cal_file.h"
-#include "storage/settings_file.h"
 
 // The lookup is defined in single precision with a rounding after each
 // operation: float expressions must not be evaluated in a wider type (x87).
@@ -73,19 +71,6 @@ void BuildChannelLookup(int channel) {
     // 5. Flat after the last point.
     for (int i = index; i < CalLookupSize; i++) entry[i] = prevValue;
     EndBusy();
-}
-
-void LoadStartupCalibration() {
-    for (int channel = 0; channel < CalChannels; channel++) {
-        char name[261];
-        ReadSetting(KeyCalibrationFile[channel], name, sizeof name);
-        if (name[0] == '\0') {
-            int n = snprintf(name, sizeof name, "%s\\Default.cal", appDirectory);
-            if (n < 0) name[0] = '\0';
-        }
-        if (!ReadCalFile(name, channel)) SetDefaultCalTable(channel);
-        BuildChannelLookup(channel);
-    }
 }
 
 void SetDefaultCalTable(int channel) {

@@ -41,11 +41,6 @@ extern float ChannelLookup[CalChannels][CalLookupSize];
 // EndBusy. A channel outside 0..3 is ignored.
 void BuildChannelLookup(int channel);
 
-// The start-up sequence: for channels 0 to 3 in turn, read the file named by
-// "Ch1 filename".."Ch4 filename" of section "Calibration" (empty: the path
-// "<appDirectory>\Default.cal"); if that read fails, the default curve
-// (0, 0.0)-(255, 100.0); then BuildChannelLookup.
-void LoadStartupCalibration();
 
 // The default curve (0, 0.0)-(255, 100.0) into CalTable[channel], for a
 // channel whose file can't be read; the caller builds the lookup.

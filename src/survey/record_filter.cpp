@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "base/busy.h"
 #include "base/platform.h"
 #include "survey/cal_lookup.h"
 #include "survey/survey_state.h"

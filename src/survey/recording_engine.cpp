@@ -5,100 +5,29 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "link/frame_codec.h"
-#include "resources/resource_ids.h"
 #include "base/platform.h"
 #include "base/status_log.h"
-#include "storage/settings_file.h"
+#include "resources/resource_ids.h"
 #include "survey/survey_state.h"
-#include "views/display_format.h"
 
-int32_t recordIntervalSeconds = 5;
-int32_t recordIntervalMeters = 500;
+int32_t recordIntervalSeconds = DefaultRecordIntervalSeconds;
+int32_t recordIntervalMeters = DefaultRecordIntervalMeters;
 int32_t recordTicks;
-int32_t autosaveMinutes = 5;
+int32_t autosaveMinutes = DefaultAutosaveMinutes;
 int32_t autosaveTicks;
-int32_t EarthRadiusKm = 6371;
-int32_t maxPlotTime = 1000;
-int32_t tzrChannelCount = 10;
+int32_t EarthRadiusKm = DefaultEarthRadiusKm;
+int32_t maxPlotTime = DefaultMaxPlotTime;
+int32_t tzrChannelCount = DefaultTzrChannelCount;
 
 void ResetRecordingEngine() {
-    recordIntervalSeconds = KeyRecordIntervalSeconds.defaultValue;
-    recordIntervalMeters = KeyRecordIntervalMeters.defaultValue;
+    recordIntervalSeconds = DefaultRecordIntervalSeconds;
+    recordIntervalMeters = DefaultRecordIntervalMeters;
     recordTicks = 0;
-    autosaveMinutes = KeyAutosaveInterval.defaultValue;
+    autosaveMinutes = DefaultAutosaveMinutes;
     autosaveTicks = 0;
-    EarthRadiusKm = KeyEarthRadius.defaultValue;
-    maxPlotTime = KeyMaxPlotTime.defaultValue;
-    tzrChannelCount = KeyTzrNumberOfChannels.defaultValue;
-}
-
-void UpdateFrameCaption() {
-    if (dataFileName[0] == '\0') {
-        PlatformSetFrameCaption("VELDOR");
-        return;
-    }
-    char caption[PathSize + 16];
-    snprintf(caption, sizeof caption, "%s [ %s ]", "VELDOR", DisplayFileName(dataFileName));
-    PlatformSetFrameCaption(caption);
-}
-
-static void ArmAutosaveAtStart() {
-    if (!(statusFlags & STATUS_AUTOSAVE) || autosaveMinutes < 1) return;
-    if (dataFileName[0] == '\0') {
-        if (PlatformAskYesNo("Autosave is enabled but no filename is defined\n\n"
-                             "Do you want to specify a filename?")) {
-            if (ChooseFile(dataFileName, PathSize, CHOOSE_SAVE_DATA)) {
-                statusFlags &= ~STATUS_CHANGED;
-                UpdateFrameCaption();
-            } else {
-                statusFlags &= ~STATUS_AUTOSAVE;
-            }
-        } else {
-            statusFlags &= ~STATUS_AUTOSAVE;
-            WriteSetting(KeyAutosaveEnable, "0");
-        }
-    }
-    autosaveTicks = 1;
-}
-
-static int TzrStepping() {
-    return (statusFlags & STATUS_TZR_MODE) && (statusFlags & STATUS_INCREMENT_CHANNEL);
-}
-
-void StartRecording() {
-    ArmAutosaveAtStart();
-    if (recordCount > 0) {
-        LogStatus("Recording resumed");
-    } else {
-        LogStatus("Recording started");
-        SnapshotRecordingParams();
-    }
-    if (statusFlags & STATUS_TZR_MODE) {
-        SendFramef("MC %d", ReadSetting(KeyTzrInitialChannel));
-        int controllerSteps =
-            (statusFlags & STATUS_INCREMENT_CHANNEL) && recordIntervalSeconds < 2;
-        SendFrameText(controllerSteps ? "MI 1" : "MI 0");
-    }
-    statusFlags |= STATUS_RECORDING;
-    PlatformSetStatusPane(1, "Recording");
-    statusFlags &= ~STATUS_PLOT_SUSPENDED;
-    averageHistory.readingHistoryCount = 0;
-    averageHistory.positionHistoryCount = 0;
-    recordTicks = recordIntervalSeconds;
-}
-
-void StopRecording() {
-    statusFlags &= ~STATUS_RECORDING;
-    PlatformSetStatusPane(1, "Idle");
-    LogStatus("Recording stopped");
-    if ((statusFlags & STATUS_AUTOSAVE) && dataFileName[0] != '\0')
-        PlatformFrameCommand(IDM_FILE_SAVE);
-    if (TzrStepping() && recordIntervalSeconds < 2) SendFrameText("MI 0");
-    if (statusFlags & STATUS_PLOT_SUSPENDED) {
-        statusFlags &= ~STATUS_PLOT_SUSPENDED;
-        PlatformRepaint(WINDOW_PLOT, AREA_PLOT_RECT, 1);
-    }
+    EarthRadiusKm = DefaultEarthRadiusKm;
+    maxPlotTime = DefaultMaxPlotTime;
+    tzrChannelCount = DefaultTzrChannelCount;
 }
 
 void TakeReading() {
@@ -141,16 +70,12 @@ void ShowStoreGauge() {
     }
 }
 
-void RecordByTime() {
+int RecordByTime() {
     recordTicks--;
-    if (recordTicks > 0) return;
-    if (AddRecord(RECORD_KIND_LIVE) != 1) return;
+    if (recordTicks > 0) return 0;
+    if (AddRecord(RECORD_KIND_LIVE) != 1) return 0;
     recordTicks = recordIntervalSeconds;
-    if (TzrStepping() && recordIntervalSeconds > 1) {
-        int next = liveState.liveAccessoryChannel + 1;
-        if (next > tzrChannelCount) next = 1;
-        SendFramef("MC %d", next);
-    }
+    return 1;
 }
 
 void RecordByDistance() {

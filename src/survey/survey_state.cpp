@@ -3,10 +3,8 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "survey/recording_engine.h"
 #include "base/platform.h"
 #include "base/status_log.h"
-#include "storage/settings_file.h"
 #include "resources/resource_ids.h"
 
 RecordStore recordStore;
@@ -160,19 +158,13 @@ int AddRecord(int kind) {
         if (recordCount < MaxRecords) return 1;
     }
     LogStatus("Data buffer full\n");
-    if (statusFlags & STATUS_RECORDING) StopRecording();
+    if (statusFlags & STATUS_RECORDING) PlatformFrameCommand(IDM_RECORD_STOP);
     PlatformMessageBox("Data Buffer full", ICON_EXCLAMATION);
     return 0;
 }
 
-void SnapshotRecordingParams() {
-    recordingParams.startTime = PlatformTime();
-    recordingParams.intervalSeconds = recordIntervalSeconds;
-    recordingParams.intervalMeters = recordIntervalMeters;
-    recordingParams.distanceMode = (statusFlags & STATUS_DISTANCE_INTERVAL) ? 1 : 0;
-    recordingParams.inputChannel = (uint16_t)(currentInputChannel & 0xFFFF);
-    for (int c = 0; c < 4; c++)
-        ReadSetting(KeyCalibrationFile[c], recordingParams.calFileName[c], PathSize);
+int RecordsReadyForOutput() {
+    return recordCount >= 1 && !(statusFlags & STATUS_RECORDING);
 }
 
 int AskSaveQuestion() {

@@ -129,9 +129,6 @@ uint8_t AverageReading(int channel, int reset);
 void UpdateReadingHistory();
 void UpdatePositionHistory();
 
-// Takes RecordingParams from the settings in force.
-void SnapshotRecordingParams();
-
 // When the data have changed, asks "Current data has changed\nSave data ?"
 // (Yes and No); 1 for Yes, 0 for No or unchanged data. Saves nothing.
 int AskSaveQuestion();
@@ -142,6 +139,11 @@ void AskToSave();
 
 // Record > Clear.
 void ClearRecords();
+
+// Create Listing File and both Print commands run only with at least one
+// record and while not recording; their handlers test this themselves,
+// since an accelerator or a popup menu may reach them without the menu.
+int RecordsReadyForOutput();
 
 // After the data changed as a whole: the Listing, Plot and Chart repaint
 // whole with erase and the Tags window refreshes its list.

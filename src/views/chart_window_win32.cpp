@@ -3,8 +3,9 @@
 #include <windows.h>
 #include <windowsx.h>
 
+#include "base/busy.h"
 #include "resources/resource_ids.h"
-#include "shell/shell_win32.h"
+#include "base/front_win32.h"
 #include "views/chart_view.h"
 #include "views/child_windows_win32.h"
 #include "views/draw_list_win32.h"

@@ -1,14 +1,12 @@
 // The child windows as frames for the views: each announces itself to the
-// seam, keeps its font, shows the cursor of the busy count and stores its
-// place in its settings section when it closes.
+// seam and to the frame, which hands it its font and stores its place when it
+// closes, keeps its font and shows the cursor of the busy count.
 #include "views/child_windows_win32.h"
 
 #include <stdio.h>
 #include <string.h>
 
-#include "shell/frame_commands.h"
-#include "shell/shell_win32.h"
-#include "storage/settings_file.h"
+#include "base/front_win32.h"
 #include "survey/survey_state.h"
 #include "views/plot_geometry.h"
 
@@ -20,31 +18,14 @@ struct ViewFontState {
 // Indexed by WindowId; only the Listing, Plot and Chart have one.
 static ViewFontState viewFonts[WINDOW_COUNT];
 
-static const TextSetting* FontNameKey(int window) {
-    switch (window) {
-    case WINDOW_LISTING: return &KeyListingFontName;
-    case WINDOW_PLOT: return &KeyPlotFontName;
-    case WINDOW_CHART: return &KeyChartFontName;
-    default: return nullptr;
-    }
+// Only the Listing, Plot and Chart have a font of their own.
+static int HasViewFont(int window) {
+    return window == WINDOW_LISTING || window == WINDOW_PLOT || window == WINDOW_CHART;
 }
 
-static const IntSetting* FontSizeKey(int window) {
-    switch (window) {
-    case WINDOW_LISTING: return &KeyListingFontSize;
-    case WINDOW_PLOT: return &KeyPlotFontSize;
-    case WINDOW_CHART: return &KeyChartFontSize;
-    default: return nullptr;
-    }
-}
-
-static void LoadViewFont(int window, HWND hwnd) {
-    const TextSetting* nameKey = FontNameKey(window);
-    const IntSetting* sizeKey = FontSizeKey(window);
-    if (nameKey == nullptr || sizeKey == nullptr) return;
-    int size = ReadSetting(*sizeKey);
-    char name[64];
-    ReadSetting(*nameKey, name, sizeof name);
+void SetViewFont(int window, const char* name, int size) {
+    HWND hwnd = PlatformWindowHandle(window);
+    if (hwnd == nullptr || !HasViewFont(window)) return;
     ViewFontState& vf = viewFonts[window];
     if (vf.font != nullptr) DeleteObject(vf.font);
     vf.font = CreateFontA(-size, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, name);
@@ -69,55 +50,18 @@ static void FreeViewFont(int window) {
     vf.lineHeight = 0;
 }
 
-void RebuildViewFont(int window) {
+void RebuildViewFont(int window, const char* name, int size) {
     HWND hwnd = PlatformWindowHandle(window);
-    if (hwnd == nullptr || FontNameKey(window) == nullptr) return;
-    LoadViewFont(window, hwnd);
+    if (hwnd == nullptr || !HasViewFont(window)) return;
+    SetViewFont(window, name, size);
     // The view lays itself out again for the new line height and sets its bars.
     SendMessageA(hwnd, WM_VELDOR, PRIVATE_FONTS_CHANGED, 0);
     InvalidateRect(hwnd, nullptr, TRUE);
 }
 
-// The window's outer rectangle in the frame's client coordinates.
-static RECT PlaceInFrame(HWND hwnd) {
-    RECT rect;
-    GetWindowRect(hwnd, &rect);
-    MapWindowPoints(HWND_DESKTOP, FrameWindow(), (POINT*)&rect, 2);
-    return rect;
-}
-
-static void StorePlace(int window, HWND hwnd) {
-    if (IsIconic(hwnd) || IsZoomed(hwnd)) return;
-    const char* section = ChildWindowTitle(window);
-    RECT rect = PlaceInFrame(hwnd);
-    if (window == WINDOW_TAGS) {
-        WriteSettingInt(KeyTagsOriginX, rect.left);
-        WriteSettingInt(KeyTagsOriginY, rect.top);
-        return;
-    }
-    IntSetting x{section, "Origin X", SettingNotStored};
-    IntSetting y{section, "Origin Y", SettingNotStored};
-    IntSetting width{section, "Width", SettingNotStored};
-    IntSetting height{section, "Height", SettingNotStored};
-    WriteSettingInt(x, rect.left);
-    WriteSettingInt(y, rect.top);
-    WriteSettingInt(width, rect.right - rect.left);
-    WriteSettingInt(height, rect.bottom - rect.top);
-}
-
-// The Tags window has a fixed size in dialog units and its own place keys.
-static void PlaceTagsWindow(HWND hwnd) {
-    LONG units = GetDialogBaseUnits();
-    int unitX = LOWORD(units) / 4;
-    int unitY = HIWORD(units) / 8;
-    SetWindowPos(hwnd, nullptr, ReadSetting(KeyTagsOriginX), ReadSetting(KeyTagsOriginY),
-                 176 * unitX, 105 * unitY, SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 static void OnCreate(int window, HWND hwnd) {
     SetPlatformWindow(window, hwnd);
-    if (window == WINDOW_TAGS) PlaceTagsWindow(hwnd);
-    LoadViewFont(window, hwnd);
+    AskFrame(PRIVATE_VIEW_CREATED, window);
 }
 
 static void OnPaint(HWND hwnd) {
@@ -126,8 +70,8 @@ static void OnPaint(HWND hwnd) {
     EndPaint(hwnd, &ps);
 }
 
-static void OnDestroy(int window, HWND hwnd) {
-    StorePlace(window, hwnd);
+static void OnDestroy(int window) {
+    AskFrame(PRIVATE_VIEW_CLOSING, window);
     FreeViewFont(window);
     SetPlatformWindow(window, nullptr);
 }
@@ -148,7 +92,7 @@ LRESULT ViewWindowDefault(int window, HWND hwnd, UINT message, WPARAM wParam,
     case WM_VELDOR:
         return 0;
     case WM_DESTROY:
-        OnDestroy(window, hwnd);
+        OnDestroy(window);
         return 0;
     default: break;
     }

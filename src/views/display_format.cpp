@@ -4,11 +4,9 @@
 #include <string.h>
 
 #include "base/platform.h"
-#include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
 
-DisplayFormat ScreenFormat = {KeyListingLatLong.defaultValue, KeyListingSign.defaultValue,
-                              KeyListingDecimalPlaces.defaultValue};
+DisplayFormat ScreenFormat = {LATLONG_DEG_MIN, SIGN_NORTH_SOUTH, READING_0_0};
 
 namespace {
 
@@ -135,30 +133,6 @@ int BreakDown(uint32_t time, LocalTime* parts) {
 
 }  // namespace
 
-// ---- Formats from the settings file ----------------------------------------------------
-
-void LoadScreenFormat() {
-    ScreenFormat.latLongMode = ReadSetting(KeyListingLatLong);
-    ScreenFormat.signMode = ReadSetting(KeyListingSign);
-    ScreenFormat.readingMode = ReadSetting(KeyListingDecimalPlaces);
-}
-
-DisplayFormat ReadPrintListingFormat() {
-    DisplayFormat format;
-    format.latLongMode = ReadSetting(KeyPrintListingLatLong);
-    format.signMode = ReadSetting(KeyPrintListingSign);
-    format.readingMode = ReadSetting(KeyPrintListingDecimalPlaces);
-    return format;
-}
-
-DisplayFormat ReadListingFileFormat() {
-    DisplayFormat format;
-    format.latLongMode = ReadSetting(KeyListingFileLatLong);
-    format.signMode = ReadSetting(KeyListingFileSign);
-    format.readingMode = ReadSetting(KeyListingFileDecimalPlaces);
-    return format;
-}
-
 // ---- Positions ----------------------------------------------------------------------------
 
 char* FormatPosition(int32_t value, int axis, char* out) {
@@ -247,6 +221,22 @@ void AppendReadingField(char* line, int channel, uint8_t raw, const DisplayForma
     AppendReadingField(line, FieldLineSize(line), channel, raw, format);
 }
 
+void AppendRecordFields(char* line, int lineSize, const Record& row,
+                        const DisplayFormat& format, const char* separator) {
+    AppendPositionField(line, lineSize, row.latitude, AXIS_LATITUDE, format);
+    AppendText(line, lineSize, separator);
+    AppendPositionField(line, lineSize, row.longitude, AXIS_LONGITUDE, format);
+    for (int c = 0; c < 4; c++) {
+        AppendText(line, lineSize, separator);
+        AppendReadingField(line, lineSize, c, row.ch[c], format);
+    }
+    if (row.flags & RECORD_HAS_CHANNEL) {
+        char channel[16];
+        snprintf(channel, sizeof channel, "%s%d", separator, (int)row.accessoryChannel);
+        AppendText(line, lineSize, channel);
+    }
+}
+
 void AppendChannelMark(char* text, int number) {
     char mark[24];
     snprintf(mark, sizeof mark, " [%d]", number);
@@ -324,4 +314,14 @@ char* FormatDateText(uint32_t time, char* out) {
              MonthNames[parts.month - 1], parts.day, parts.hour, parts.minute, parts.second,
              parts.year);
     return out;
+}
+
+void UpdateFrameCaption() {
+    if (dataFileName[0] == '\0') {
+        PlatformSetFrameCaption("VELDOR");
+        return;
+    }
+    char caption[PathSize + 16];
+    snprintf(caption, sizeof caption, "%s [ %s ]", "VELDOR", DisplayFileName(dataFileName));
+    PlatformSetFrameCaption(caption);
 }

@@ -46,12 +46,8 @@ struct DisplayFormat {
 // (Deg Min, North/South, one decimal).
 extern DisplayFormat ScreenFormat;
 
-// Reads "Lat/Long", "Sign" and "Decimal places" of section "Listing" into
-// ScreenFormat (start-up).
-void LoadScreenFormat();
-// The report formats, read afresh from "Print Listing" / "Listing File".
-DisplayFormat ReadPrintListingFormat();
-DisplayFormat ReadListingFileFormat();
+// LoadScreenFormat, ReadPrintListingFormat and ReadListingFileFormat read
+// these formats from the settings file (storage/settings_file.h).
 
 // ---- Positions (milliseconds of arc, north and east positive) ----------------------
 // Screen form of one coordinate into out (ScreenTextSize bytes); returns out.
@@ -76,6 +72,12 @@ char* FormatReading(int channel, uint8_t raw, char* out);
 void AppendReadingField(char* line, int channel, uint8_t raw, const DisplayFormat& format);
 void AppendReadingField(char* line, int lineSize, int channel, uint8_t raw,
                         const DisplayFormat& format);
+// The fields of a record that every report line has, appended to line,
+// never letting it grow past lineSize - 1: latitude, longitude, the four
+// readings and, for a row with an accessory channel, its number; each field
+// but the first after separator.
+void AppendRecordFields(char* line, int lineSize, const Record& row,
+                        const DisplayFormat& format, const char* separator);
 // Appends " [number]" to a screen reading text (ScreenTextSize bytes).
 void AppendChannelMark(char* text, int number);
 
@@ -111,5 +113,9 @@ const char* DisplayFileName(const char* path);
 // as "Tue Mar 02 09:05:07 2021\n", into out (DateTextSize bytes). A value that
 // cannot be broken down gives an empty text. Returns out.
 char* FormatDateText(uint32_t time, char* out);
+
+// The frame caption for the current data file: "VELDOR" or
+// "VELDOR [ name ]".
+void UpdateFrameCaption();
 
 #endif

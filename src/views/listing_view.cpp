@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "base/busy.h"
 #include "base/platform.h"
 #include "resources/resource_ids.h"
 #include "base/status_log.h"

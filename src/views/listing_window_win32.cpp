@@ -3,9 +3,9 @@
 #include <windows.h>
 #include <windowsx.h>
 
-#include "dialogs/filter_box_win32.h"
+#include "base/busy.h"
 #include "resources/resource_ids.h"
-#include "shell/shell_win32.h"
+#include "base/front_win32.h"
 #include "survey/survey_state.h"
 #include "views/child_windows_win32.h"
 #include "views/draw_list_win32.h"
@@ -131,7 +131,7 @@ static void OnCommand(HWND hwnd, int id) {
         break;
     }
     case LISTING_COMMAND_FILTER_DIALOG:
-        if (RunFilterBox(hwnd)) ListingFinish();
+        if (AskFrame(PRIVATE_FILTER_BOX, (LPARAM)hwnd)) ListingFinish();
         break;
     default: break;
     }

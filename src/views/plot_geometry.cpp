@@ -2,6 +2,7 @@
 
 #include <stdio.h>
 
+#include "base/busy.h"
 #include "base/platform.h"
 #include "base/status_log.h"
 #include "survey/recording_engine.h"

@@ -5,13 +5,16 @@
 #include "base/platform.h"
 #include "resources/resource_ids.h"
 #include "base/status_log.h"
-#include "storage/colours_file.h"
 #include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
 #include "views/display_format.h"
 
 int32_t plotChannel;
 float powerBreak[3] = {80.0f, 60.0f, 40.0f};
+uint32_t PlotColourHigh;
+uint32_t PlotColourMid;
+uint32_t PlotColourLow;
+uint32_t PlotColourNone;
 int32_t dotSize = 5;
 int32_t plotLocationRecord = -1;
 char plotReadout[PlotReadoutSize];

@@ -19,6 +19,12 @@ constexpr int32_t PLOT_BEST = 5;
 extern int32_t plotChannel;
 // The three colour breaks, calibrated values ("Power break 1" to "3").
 extern float powerBreak[3];
+// The four colours of a dot, 0x00BBGGRR, from Colours.txt
+// (storage/colours_file.h).
+extern uint32_t PlotColourHigh;
+extern uint32_t PlotColourMid;
+extern uint32_t PlotColourLow;
+extern uint32_t PlotColourNone;
 // Side of a dot in pixels.
 extern int32_t dotSize;
 // The row carrying the cross hair, -1 for none.

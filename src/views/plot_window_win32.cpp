@@ -4,9 +4,9 @@
 #include <windows.h>
 #include <windowsx.h>
 
-#include "dialogs/general_dialogs_win32.h"
+#include "base/busy.h"
 #include "resources/resource_ids.h"
-#include "shell/shell_win32.h"
+#include "base/front_win32.h"
 #include "base/status_log.h"
 #include "views/child_windows_win32.h"
 #include "views/draw_list_win32.h"
@@ -143,7 +143,7 @@ static void OnRightButton(HWND hwnd, int x, int y) {
 static void OnCommand(int id) {
     if (id == IDM_PLOT_COLOURS) {
         LogStatus("Set plot colours");
-        RunColoursBox(PlatformWindowHandle(WINDOW_PLOT));
+        AskFrame(PRIVATE_COLOURS_BOX, (LPARAM)PlatformWindowHandle(WINDOW_PLOT));
         return;
     }
     PlotCommand(id);

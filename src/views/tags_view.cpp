@@ -5,7 +5,6 @@
 #include <string.h>
 
 #include "base/platform.h"
-#include "dialogs/tag_dialogs.h"
 #include "survey/survey_state.h"
 #include "views/chart_view.h"
 #include "views/listing_view.h"
@@ -60,4 +59,10 @@ void DeleteTag(int number) {
     }
     tagCount--;
     TagTableChanged();
+}
+
+void TagTableChanged() {
+    PlatformNotifyWindow(WINDOW_TAGS, 0);
+    statusFlags |= STATUS_CHANGED;
+    PlatformRepaint(WINDOW_LISTING, AREA_LISTING_INDEX, 1);
 }

@@ -26,4 +26,9 @@ void HideTagLocation();
 // the window refreshes. Nothing for a number that is no tag.
 void DeleteTag(int number);
 
+// What follows every change of the tag table by the dialog or the Text Tags
+// window: the Text Tags window refreshes, the data count as changed and the
+// Listing's index column (with its tag marks) repaints.
+void TagTableChanged();
+
 #endif

@@ -4,9 +4,8 @@
 #include <windows.h>
 
 #include "base/busy.h"
-#include "dialogs/tag_dialogs_win32.h"
-#include "dialogs/tags_ids.h"
-#include "shell/shell_win32.h"
+#include "resources/tags_ids.h"
+#include "base/front_win32.h"
 #include "survey/survey_state.h"
 #include "views/child_windows_win32.h"
 #include "views/tags_view.h"
@@ -72,9 +71,9 @@ static void OnCommand(HWND hwnd, int id, UINT notify) {
         break;
     case IDC_TAGS_SHOW: ShowTagRecord(SelectedTag(hwnd)); break;
     case IDC_TAGS_HIDE: HideTagLocation(); break;
-    case IDC_TAGS_ADD: EditTag(-1); break;
+    case IDC_TAGS_ADD: AskFrame(PRIVATE_EDIT_TAG, -1); break;
     case IDC_TAGS_EDIT:
-        if (SelectedTag(hwnd) >= 0) EditTag(SelectedTag(hwnd));
+        if (SelectedTag(hwnd) >= 0) AskFrame(PRIVATE_EDIT_TAG, SelectedTag(hwnd));
         break;
     case IDC_TAGS_DELETE: DeleteTag(SelectedTag(hwnd)); break;
     default: break;

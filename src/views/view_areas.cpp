@@ -17,3 +17,13 @@ int ViewAreaRect(int window, int area, ViewRect* out) {
     default: return 0;
     }
 }
+
+const char* ChildWindowTitle(int window) {
+    switch (window) {
+    case WINDOW_LISTING: return "Listing";
+    case WINDOW_PLOT: return "Plot";
+    case WINDOW_CHART: return "Chart";
+    case WINDOW_TAGS: return "Text Tags";
+    default: return nullptr;
+    }
+}

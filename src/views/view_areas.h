@@ -9,4 +9,8 @@
 // client area or unknown to that window.
 int ViewAreaRect(int window, int area, ViewRect* out);
 
+// The title and settings section of a child window (WINDOW_LISTING ..
+// WINDOW_TAGS): "Listing", "Plot", "Chart", "Text Tags"; nullptr otherwise.
+const char* ChildWindowTitle(int window);
+
 #endif

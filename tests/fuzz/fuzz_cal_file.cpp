@@ -10,6 +10,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "base/busy.h"
 #include "fake_platform.h"
 #include "storage/cal_file.h"
 #include "survey/cal_lookup.h"

@@ -23,6 +23,7 @@
 #include "fake_platform.h"
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
+#include "shell/tick.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 

@@ -10,6 +10,7 @@
 
 #include "fake_platform.h"
 #include "base/app_paths.h"
+#include "storage/cal_file.h"
 #include "storage/settings_file.h"
 #include "views/display_format.h"
 

@@ -10,9 +10,9 @@
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
 #include "base/app_paths.h"
+#include "base/busy.h"
 #include "base/local_time.h"
 #include "base/platform.h"
-#include "storage/ini_file.h"
 #include "views/plot_geometry.h"
 #include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
@@ -195,10 +195,6 @@ void PlatformSetVerticalScroll(int window, int position) {
     if (window == WINDOW_LISTING) fake.scrollPositions.push_back(position);
 }
 
-void PlatformSetHorizontalScroll(int, int) {}
-
-void PlatformSetWindowCaption(int, const char*) {}
-
 // No window of the fake has a size.
 int PlatformClientSize(int window, int* width, int* height) {
     *width = *height = 0;
@@ -245,20 +241,6 @@ int ChooseFile(char* path, int size, int mode) {
     }
     memcpy(path, chosen.c_str(), chosen.size() + 1);
     return 1;
-}
-
-int ProfileGetInt(const char* section, const char* key, int defaultValue, const char* path) {
-    return IniGetInt(section, key, defaultValue, path);
-}
-
-int ProfileGetString(const char* section, const char* key, const char* defaultValue,
-                     char* buffer, int size, const char* path) {
-    return IniGetString(section, key, defaultValue, buffer, size, path);
-}
-
-int ProfileWriteString(const char* section, const char* key, const char* value,
-                       const char* path) {
-    return IniWriteString(section, key, value, path);
 }
 
 void UseDefaultCurves() {

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "base/busy.h"
 #include "fake_platform.h"
 #include "storage/settings_file.h"
 #include "survey/cal_lookup.h"

@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "base/busy.h"
 #include "fake_platform.h"
 #include "survey/cal_lookup.h"
 #include "survey/survey_state.h"

@@ -1,3 +1,5 @@
+#include "shell/recording_commands.h"
+#include "shell/tick.h"
 #include "survey/recording_engine.h"
 
 #include <gtest/gtest.h>

@@ -67,10 +67,9 @@ TEST_F(SurveyState, FullStoreStoresTheLastRowAndRefusesLater) {
     EXPECT_EQ(1, CountStatus("Data buffer full\n"));
     EXPECT_EQ(std::vector<std::string>{"Data Buffer full"}, fake.messageBoxes);
     EXPECT_EQ(ICON_EXCLAMATION, fake.messageIcons[0]);
-    EXPECT_FALSE(statusFlags & STATUS_RECORDING);  // recording stopped
-    EXPECT_EQ(1, CountStatus("Recording stopped"));
+    EXPECT_EQ(std::vector<int>{IDM_RECORD_STOP}, fake.frameCommands);  // Record > Stop
 
-    statusFlags &= ~STATUS_CHANGED;
+    statusFlags &= ~(STATUS_CHANGED | STATUS_RECORDING);
     EXPECT_EQ(0, AddRecord(RECORD_KIND_LIVE));
     EXPECT_EQ(MaxRecords, recordCount);
     EXPECT_EQ(2, CountStatus("Data buffer full\n"));

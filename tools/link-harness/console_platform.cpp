@@ -1,15 +1,14 @@
 // The platform seam for the console harness: the port is a file descriptor,
-// status lines go to standard output, questions are answered No.
+// status lines go to standard output, questions are answered No; the rest is
+// the console stand-in (tools/stand-in).
 #include <fcntl.h>
 #include <stdio.h>
 #include <string.h>
-#include <time.h>
 #include <unistd.h>
 
 #include "console_platform.h"
-#include "base/local_time.h"
 #include "base/platform.h"
-#include "storage/ini_file.h"
+#include "shell/frame_commands.h"
 
 int consolePortFd = -1;
 
@@ -37,45 +36,10 @@ int PlatformAskYesNo(const char* text) {
 }
 
 void PlatformMessageBox(const char* text, int) { printf("message: %s\n", text); }
-int PlatformWindowExists(int) { return 0; }
-void PlatformRepaint(int, int, int) {}
-void PlatformSetVerticalScroll(int, int) {}
-void PlatformSetHorizontalScroll(int, int) {}
-void PlatformSetWindowCaption(int, const char*) {}
-int PlatformClientSize(int, int* width, int* height) {
-    *width = 0;
-    *height = 0;
-    return 0;
-}
-void PlatformNotifyWindow(int, int) {}
 void PlatformSetFrameCaption(const char* text) { printf("caption: %s\n", text); }
-void PlatformFrameCommand(int commandId) { printf("frame command %d\n", commandId); }
-uint32_t PlatformTime() { return (uint32_t)time(nullptr); }
-
-int PlatformLocalTime(uint32_t seconds, LocalTime* out) {
-    time_t t = (time_t)seconds;
-    struct tm parts;
-    if (out == nullptr || localtime_r(&t, &parts) == nullptr) return 0;
-    return LocalTimeFromTm(&parts, out);
-}
-
-void PlatformBusyChanged(int) {}
-
-int ChooseFile(char* path, int size, int) {
-    if (size > 0) path[0] = '\0';
-    return 0;
-}
-
-int ProfileGetInt(const char* section, const char* key, int defaultValue, const char* path) {
-    return IniGetInt(section, key, defaultValue, path);
-}
-
-int ProfileGetString(const char* section, const char* key, const char* defaultValue,
-                     char* buffer, int size, const char* path) {
-    return IniGetString(section, key, defaultValue, buffer, size, path);
-}
-
-int ProfileWriteString(const char* section, const char* key, const char* value,
-                       const char* path) {
-    return IniWriteString(section, key, value, path);
+// Prints the command and runs it when it is one of the portable core's
+// (Record > Stop on a full store).
+void PlatformFrameCommand(int commandId) {
+    printf("frame command %d\n", commandId);
+    RunCoreFrameCommand(commandId);
 }

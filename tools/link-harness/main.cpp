@@ -20,6 +20,7 @@
 #include "base/app_paths.h"
 #include "base/status_log.h"
 #include "shell/tick.h"
+#include "shell/recording_commands.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 

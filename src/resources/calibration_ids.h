@@ -1,6 +1,6 @@
 // Control ids of CalibrationBox, shared by its template and its code.
-#ifndef VELDOR_DIALOGS_CALIBRATION_IDS_H
-#define VELDOR_DIALOGS_CALIBRATION_IDS_H
+#ifndef VELDOR_RESOURCES_CALIBRATION_IDS_H
+#define VELDOR_RESOURCES_CALIBRATION_IDS_H
 
 // "Channel 1" to "Channel 4", consecutive
 #define IDC_CAL_CHANNEL1 1301

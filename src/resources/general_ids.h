@@ -1,7 +1,7 @@
 // Control ids of DisplayBox, ColoursBox, RecSettingsBox and PrefBox, shared
 // by their templates and their code.
-#ifndef VELDOR_DIALOGS_GENERAL_IDS_H
-#define VELDOR_DIALOGS_GENERAL_IDS_H
+#ifndef VELDOR_RESOURCES_GENERAL_IDS_H
+#define VELDOR_RESOURCES_GENERAL_IDS_H
 
 // DisplayBox: three groups of radio buttons with consecutive ids.
 #define IDC_DISPLAY_DEG 1701          // .. 1704 "Milliseconds"

@@ -1,7 +1,7 @@
 // Control ids of FilterBox and MakeFileBox. The radio buttons of one group
 // have consecutive ids, in the order of the group's values.
-#ifndef VELDOR_DIALOGS_RECORDS_IDS_H
-#define VELDOR_DIALOGS_RECORDS_IDS_H
+#ifndef VELDOR_RESOURCES_RECORDS_IDS_H
+#define VELDOR_RESOURCES_RECORDS_IDS_H
 
 // FilterBox
 #define IDC_FILTER_POSITION_GROUP 1200

@@ -1,7 +1,7 @@
 // Control ids of PrintListBox, PrintPlotBox and AbortBox, shared by their
 // templates and their code.
-#ifndef VELDOR_PRINTING_PRINT_IDS_H
-#define VELDOR_PRINTING_PRINT_IDS_H
+#ifndef VELDOR_RESOURCES_PRINT_IDS_H
+#define VELDOR_RESOURCES_PRINT_IDS_H
 
 // Both print dialogs.
 #define IDC_PRINT_PRINTER 1901  // "%s on %s", read-only

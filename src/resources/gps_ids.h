@@ -1,6 +1,6 @@
 // Control ids of GpsBox, shared by its template and its code.
-#ifndef VELDOR_DIALOGS_GPS_IDS_H
-#define VELDOR_DIALOGS_GPS_IDS_H
+#ifndef VELDOR_RESOURCES_GPS_IDS_H
+#define VELDOR_RESOURCES_GPS_IDS_H
 
 // "Set Time"
 #define IDC_GPS_HOUR 1201

@@ -1,7 +1,7 @@
 // Control ids of the two tag and manual reading dialogs and of the Text Tags
 // window; shared by their resource script and their window procedures.
-#ifndef VELDOR_DIALOGS_TAGS_IDS_H
-#define VELDOR_DIALOGS_TAGS_IDS_H
+#ifndef VELDOR_RESOURCES_TAGS_IDS_H
+#define VELDOR_RESOURCES_TAGS_IDS_H
 
 // AddEditTagTextBox
 #define IDC_TAG_INDEX 1101

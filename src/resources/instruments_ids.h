@@ -1,7 +1,7 @@
 // Control ids of the instrument dialogs (PortsBox, GpsDiffBox, AR3000aBox,
 // TzrBox), shared by their templates and their code.
-#ifndef VELDOR_DIALOGS_INSTRUMENTS_IDS_H
-#define VELDOR_DIALOGS_INSTRUMENTS_IDS_H
+#ifndef VELDOR_RESOURCES_INSTRUMENTS_IDS_H
+#define VELDOR_RESOURCES_INSTRUMENTS_IDS_H
 
 #define IDC_INSTR_HELP 1401
 // PortsBox
