@@ -53,24 +53,22 @@ int ReadWindowPlace(const char* section, const char* key) {
 
 // ---- The display formats ----------------------------------------------------
 
+static DisplayFormat ReadFormat(const IntSetting& latLong, const IntSetting& sign, const IntSetting& reading) {
+    DisplayFormat format;
+    format.latLongMode = ReadSetting(latLong);
+    format.signMode = ReadSetting(sign);
+    format.readingMode = ReadSetting(reading);
+    return format;
+}
+
 void LoadScreenFormat() {
-    ScreenFormat.latLongMode = ReadSetting(KeyListingLatLong);
-    ScreenFormat.signMode = ReadSetting(KeyListingSign);
-    ScreenFormat.readingMode = ReadSetting(KeyListingDecimalPlaces);
+    ScreenFormat = ReadFormat(KeyListingLatLong, KeyListingSign, KeyListingDecimalPlaces);
 }
 
 DisplayFormat ReadPrintListingFormat() {
-    DisplayFormat format;
-    format.latLongMode = ReadSetting(KeyPrintListingLatLong);
-    format.signMode = ReadSetting(KeyPrintListingSign);
-    format.readingMode = ReadSetting(KeyPrintListingDecimalPlaces);
-    return format;
+    return ReadFormat(KeyPrintListingLatLong, KeyPrintListingSign, KeyPrintListingDecimalPlaces);
 }
 
 DisplayFormat ReadListingFileFormat() {
-    DisplayFormat format;
-    format.latLongMode = ReadSetting(KeyListingFileLatLong);
-    format.signMode = ReadSetting(KeyListingFileSign);
-    format.readingMode = ReadSetting(KeyListingFileDecimalPlaces);
-    return format;
+    return ReadFormat(KeyListingFileLatLong, KeyListingFileSign, KeyListingFileDecimalPlaces);
 }

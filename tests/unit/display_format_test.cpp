@@ -240,6 +240,7 @@ TEST_F(DisplayFormatTest, RowStampAndDateText) {
 
     char date[DateTextSize];
     EXPECT_STREQ("Tue Mar 02 09:05:07 2021\n", FormatDateText(tuesday, date));
+    EXPECT_STREQ("Sat Mar 06 09:05:07 2021\n", FormatDateText(tuesday + 4 * 86400, date));
     EXPECT_STREQ("Thu Jan 01 00:00:00 1970\n", FormatDateText(0, date));
     EXPECT_STREQ("Tue Jan 19 03:14:07 2038\n", FormatDateText(INT32_MAX, date));
     // The 32-bit time functions refuse later times: no date, no time of day.
