@@ -4,6 +4,7 @@ native unit and link tests catch (scripts/mutation.sh runs it; see there).
 
   mutation.py run BUILD [--seed S] [--count N] [--scenario NAME]... [--win64 DIR]
   mutation.py list [--seed S] [--count N]     the faults that would be tried
+  --only GLOB (repeatable) draws faults only in those files of src/
   mutation.py restore BUILD                   puts back a file left mutated
 
 A fault is one edit of one line of a src/ .cpp file that is not Windows-only:
@@ -17,6 +18,7 @@ link tests, which time a real pty, must fail three times out of three.
 """
 import argparse
 import collections
+import fnmatch
 import hashlib
 import os
 import re
@@ -112,10 +114,12 @@ def line_edits(line, mask):
     return edits
 
 
-def faults(seed):
-    """Every fault of the tree, in the order the seed draws them."""
+def faults(seed, only=()):
+    """Every fault of the tree (or of the files named in only), in the order the seed draws them."""
     out = []
     for path in sources():
+        if only and not any(fnmatch.fnmatch(os.path.relpath(path, ROOT), g) for g in only):
+            continue
         text = open(path, encoding="latin-1").read()
         lines, masks = text.split("\n"), masked(text).split("\n")
         seen = {}
@@ -236,7 +240,7 @@ def run(a):
     print("time limits: " + ", ".join(f"{k} {v:.0f} s" for k, v in layers.limit.items()), flush=True)
     caught, tried, survivors, invalid, t0 = 0, 0, [], 0, time.time()
     skip, only = logged(a.skip_log), logged(a.same_as)
-    for f in faults(a.seed):
+    for f in faults(a.seed, a.only):
         if tried == a.count:
             break
         if skip[key(f)] or (a.same_as and not only[key(f)]):
@@ -272,13 +276,14 @@ def main():
     p.add_argument("build", nargs="?")
     p.add_argument("--seed", type=int, default=18)
     p.add_argument("--count", type=int, default=250)
+    p.add_argument("--only", action="append", default=[], help="draw faults only in these files (globs under the tree, src/link/*.cpp)")
     p.add_argument("--scenario", action="append", default=[], help="an end-to-end scenario to run as well")
     p.add_argument("--win64", help="the x86_64 Windows build folder that the scenarios run")
     p.add_argument("--skip-log", help="the output of an earlier run: draw other faults than those it tried")
     p.add_argument("--same-as", help="the output of an earlier run: try only the faults it tried, wherever they moved")
     a = p.parse_args()
     if a.command == "list":
-        for f in faults(a.seed)[:a.count]:
+        for f in faults(a.seed, a.only)[:a.count]:
             print(describe(f))
         return
     if not a.build or (a.scenario and not a.win64):

@@ -3,7 +3,7 @@
 # draws them), rebuilds what each touches in an unoptimised native build and
 # counts those the native unit and link tests catch. Not part of test-all.sh.
 #
-#   bash scripts/mutation.sh [--seed S] [--count N] [--scenario NAME --win64 DIR]...
+#   bash scripts/mutation.sh [--seed S] [--count N] [--only GLOB]... [--scenario NAME --win64 DIR]...
 #
 # Prints "mutation: K of N faults caught (P %)" and the faults that survived.
 # Each --scenario adds an end-to-end scenario for the faults that the unit and
