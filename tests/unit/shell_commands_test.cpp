@@ -1,0 +1,231 @@
+// The frame's commands: which menu items are on, the controller reset, the
+// about texts, and Save and Close of the data file.
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <string.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "base/app_paths.h"
+#include "fake_platform.h"
+#include "resources/resource_ids.h"
+#include "shell/file_commands.h"
+#include "shell/frame_commands.h"
+#include "storage/settings_file.h"
+#include "survey/survey_state.h"
+#include "views/plot_geometry.h"
+
+namespace {
+
+struct FrameCommands : ::testing::Test {
+    void SetUp() override {
+        ResetFakeWorld();
+        fake.portOpen = true;
+    }
+};
+
+TEST_F(FrameCommands, MenuItemsFollowTheStoreTheFileAndRecording) {
+    struct { int records; const char* file; uint32_t flags; std::vector<int> on, off; int ready; } cases[] = {
+        {0, "", STATUS_CHANGED,  // changed, but neither records nor a file
+         {IDM_FILE_OPEN, IDM_FILE_SAVE_AS, IDM_RECORD_START, IDM_RECORD_TAKE_READING,
+          IDM_RECORD_SETTINGS, IDM_RECORD_CALIBRATION, IDM_CONFIG_PORT, IDM_CONFIG_GPS,
+          IDM_CONFIG_GPS_DIFF, IDM_CONFIG_AR3000A, IDM_CONFIG_TZR4100, IDM_CONFIG_RESET_CONTROLLER,
+          IDM_RECORD_MANUAL_READING, IDM_RECORD_ADD_TAG, IDM_FILE_EXIT, IDM_WINDOW_SHOW_PLOT,
+          IDM_HELP_ABOUT},
+         {IDM_FILE_SAVE, IDM_FILE_CLOSE, IDM_FILE_MAKE_LISTING, IDM_FILE_PRINT_LISTING,
+          IDM_FILE_PRINT_PLOT, IDM_RECORD_STOP, IDM_RECORD_CLEAR, IDM_RECORD_FILTER,
+          IDM_RECORD_STATISTICS}, 0},
+        {3, "", STATUS_CHANGED,  // Save needs a file name
+         {IDM_FILE_MAKE_LISTING, IDM_FILE_PRINT_LISTING, IDM_FILE_PRINT_PLOT, IDM_RECORD_CLEAR,
+          IDM_RECORD_FILTER, IDM_RECORD_STATISTICS}, {IDM_FILE_SAVE, IDM_FILE_CLOSE}, 1},
+        {0, "C:\\survey.DAT", 0, {IDM_FILE_CLOSE}, {IDM_FILE_SAVE}, 0},  // nothing changed
+        {0, "C:\\survey.DAT", STATUS_CHANGED, {IDM_FILE_CLOSE}, {IDM_FILE_SAVE}, 0},  // empty store
+        // Recording greys what changes the survey, but not Save or Close.
+        {20, "C:\\survey.DAT", STATUS_CHANGED | STATUS_RECORDING,
+         {IDM_FILE_SAVE, IDM_FILE_CLOSE, IDM_RECORD_STOP, IDM_RECORD_MANUAL_READING,
+          IDM_RECORD_ADD_TAG, IDM_RECORD_CALTEXT_1, IDM_CONFIG_DISPLAY, IDM_FILE_PREFERENCES,
+          IDM_WINDOW_CASCADE, IDM_HELP_HELP},
+         {IDM_FILE_OPEN, IDM_FILE_SAVE_AS, IDM_FILE_MAKE_LISTING, IDM_FILE_PRINT_LISTING,
+          IDM_FILE_PRINT_PLOT, IDM_RECORD_START, IDM_RECORD_TAKE_READING, IDM_RECORD_CLEAR,
+          IDM_RECORD_FILTER, IDM_RECORD_STATISTICS, IDM_RECORD_SETTINGS, IDM_RECORD_CALIBRATION,
+          IDM_CONFIG_PORT, IDM_CONFIG_GPS, IDM_CONFIG_GPS_DIFF, IDM_CONFIG_AR3000A,
+          IDM_CONFIG_TZR4100, IDM_CONFIG_RESET_CONTROLLER}, 0},
+    };
+    for (auto& c : cases) {
+        recordCount = c.records, statusFlags = c.flags;
+        snprintf(dataFileName, sizeof dataFileName, "%s", c.file);
+        for (int id : c.on) EXPECT_EQ(1, MenuItemEnabled(id)) << c.records << " " << id;
+        for (int id : c.off) EXPECT_EQ(0, MenuItemEnabled(id)) << c.records << " " << id;
+        EXPECT_EQ(c.ready, RecordsReadyForOutput()) << c.records;
+    }
+}
+
+TEST_F(FrameCommands, AccessoryModesAreChecked) {
+    const struct { uint32_t flags; int gpsDiff, ar3000a, tzr; } cases[] = {
+        {0, 0, 0, 0},
+        {STATUS_AR3000A_MODE, 0, 1, 0},
+        {STATUS_TZR_MODE | STATUS_GPS_DIFF_MODE, 1, 0, 1},
+    };
+    for (const auto& c : cases) {
+        statusFlags = c.flags;
+        EXPECT_EQ((std::vector<int>{c.gpsDiff, c.ar3000a, c.tzr, 0}),
+                  (std::vector<int>{MenuItemChecked(IDM_CONFIG_GPS_DIFF), MenuItemChecked(IDM_CONFIG_AR3000A),
+                                    MenuItemChecked(IDM_CONFIG_TZR4100), MenuItemChecked(IDM_RECORD_START)}));
+    }
+}
+
+TEST_F(FrameCommands, MenuListHoldsEveryFrameCommandOnce) {
+    std::set<int> seen;
+    for (int i = 0; i < FrameMenuIdCount; i++) {
+        int id = FrameMenuIds[i];
+        EXPECT_TRUE(seen.insert(id).second) << id;
+        EXPECT_GE(id, FirstFrameCommand);
+        EXPECT_LE(id, LastFrameCommand);
+    }
+    EXPECT_EQ(42u, seen.size());
+}
+
+TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
+    statusFlags = STATUS_TZR_MODE | STATUS_AR3000A_MODE | STATUS_GPS_DIFF_MODE | STATUS_CHANGED;
+    liveState.liveAccessoryChannel = 4;
+    WriteSetting(KeyTzrNumberOfChannels, "6");
+    fake.answers = {0, 1};
+    ResetController();  // No changes nothing
+    EXPECT_TRUE(fake.wire.empty());
+    EXPECT_EQ(STATUS_TZR_MODE | STATUS_AR3000A_MODE | STATUS_GPS_DIFF_MODE | STATUS_CHANGED, statusFlags);
+    EXPECT_EQ("<absent>", StoredSetting("TZR4100", "Enable TZR4100 mode"));
+    ResetController();
+    const char* question =
+        "Resetting the controller will set all parameters to their factory default.\n\n"
+        "Do you want to continue?";
+    EXPECT_EQ((std::vector<std::string>{question, question}), fake.questions);
+    EXPECT_EQ(std::vector<std::string>{"FR"}, FramesSent());
+    EXPECT_EQ(1, CountStatus("Reset sent to controller"));
+    EXPECT_EQ(STATUS_CHANGED, statusFlags);
+    EXPECT_EQ(0, liveState.liveAccessoryChannel);
+    const char* stored[][3] = {
+        {"TZR4100", "Enable TZR4100 mode", "0"}, {"TZR4100", "Inital channel", "1"},
+        {"TZR4100", "Number of channels", "10"}, {"AR3000A", "Enable AR3000A mode", "0"},
+        {"GPS Diff", "Enable GPS Diff mode", "0"}, {"GPS Diff", "Baud Rate", "4800"},
+    };
+    for (const auto& key : stored) EXPECT_EQ(key[2], StoredSetting(key[0], key[1])) << key[1];
+}
+
+TEST_F(FrameCommands, CoreCommandsRunAndOthersAreLeftToTheFrame) {
+    EXPECT_EQ(1, RunCoreFrameCommand(IDM_RECORD_CLEAR));
+    EXPECT_EQ("Nothing to clear", fake.statusLines.back());
+    size_t lines = fake.statusLines.size();
+    EXPECT_EQ(0, RunCoreFrameCommand(IDM_WINDOW_CASCADE));
+    EXPECT_EQ(0, RunCoreFrameCommand(IDM_FILE_OPEN));
+    EXPECT_EQ(lines, fake.statusLines.size());
+}
+
+TEST_F(FrameCommands, AboutAndWebsiteTexts) {
+    char text[512];
+    FormatAboutText(text, sizeof text);
+    const char* head = "VELDOR\nRF Survey Software\n\nVersion 2.3.3\n\n";
+    EXPECT_EQ(0, strncmp(text, head, strlen(head)));
+    EXPECT_NE(nullptr, strstr(text, MAKER_NAME));
+    FormatWebsiteError(text, sizeof text);
+    EXPECT_STREQ(
+        "Failed to open browser.\n\nPlease manually open a browser and visit "
+        "\"https://www.trevan-instruments.example/\".",
+        text);
+}
+
+// ---- Save and Close ---------------------------------------------------------------
+
+long FileSize(const std::string& path) {
+    return (long)ReadFileBytes(path).size();
+}
+
+std::string Caption(const std::string& path) {
+    return "VELDOR [ " + path + " ]";
+}
+
+const char* const SaveQuestion = "Current data has changed\nSave data ?";
+
+struct FileCommands : ::testing::Test {
+    void SetUp() override {
+        ResetFakeWorld();
+        statusFlags = STATUS_FULL_PATH;
+    }
+};
+
+TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
+    FileSave();  // no records: nothing at all
+    EXPECT_TRUE(fake.statusLines.empty() && fake.chooseModes.empty());
+
+    // No name: Save As.
+    recordCount = 1;
+    statusFlags |= STATUS_CHANGED | STATUS_CHECK_STORED;
+    std::string path = TempTestPath("save.dat");
+    fake.chosenFiles = {path};
+    FileSave();
+    EXPECT_EQ(std::vector<int>{CHOOSE_SAVE_DATA}, fake.chooseModes);
+    EXPECT_EQ(1223 + 18, FileSize(path));
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+    EXPECT_EQ(Caption(path), fake.caption);
+    // The check ran before the write: the empty names were filled in.
+    EXPECT_STREQ("Default.cal", recordingParams.calFileName[0]);
+
+    // With a name, and again with the flag clear (the accelerator): the check
+    // asks, the file is written without a chooser.
+    snprintf(recordingParams.calFileName[1], PathSize, "Old.cal");
+    recordCount = 2;
+    fake.answers = {1};
+    FileSave();
+    EXPECT_EQ(1u, fake.chooseModes.size());
+    EXPECT_EQ(1u, fake.questions.size());
+    EXPECT_STREQ("Default.cal", recordingParams.calFileName[1]);
+    EXPECT_EQ(1223 + 2 * 18, FileSize(path));
+
+    // A save that fails keeps the name and the flag.
+    std::string bad = TempTestPath("no-folder/x.dat");
+    snprintf(dataFileName, PathSize, "%s", bad.c_str());
+    statusFlags |= STATUS_CHANGED;
+    FileSave();
+    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
+    EXPECT_STREQ(bad.c_str(), dataFileName);
+    EXPECT_EQ(std::vector<std::string>{"Error opening file, data not saved"}, fake.messageBoxes);
+    remove(path.c_str());
+}
+
+TEST_F(FileCommands, CloseEmptiesEverythingOnlyWithAName) {
+    recordCount = 5;
+    tagCount = 1;
+    FileClose();  // no name: nothing, even with data
+    EXPECT_EQ(5, recordCount);
+    EXPECT_TRUE(fake.statusLines.empty());
+
+    std::string path = TempTestPath("close.dat");
+    snprintf(dataFileName, PathSize, "%s", path.c_str());
+    statusFlags |= STATUS_CHANGED;
+    listingTopIndex = 3;
+    plotView.centreLongitude = 99;
+    plotView.scale = 4;
+    snprintf(plotTitle, PlotTitleSize, "Plot 2 km");
+    for (int w : {WINDOW_LISTING, WINDOW_PLOT, WINDOW_CHART, WINDOW_TAGS})
+        fake.windowExists[w] = true;
+    fake.caption = Caption(path);
+    fake.answers = {1};
+    FileClose();
+    EXPECT_EQ(1223 + 5 * 18 + 55, FileSize(path));  // saved first
+    EXPECT_STREQ("", dataFileName);
+    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
+    EXPECT_EQ(0, listingTopIndex);
+    EXPECT_EQ(0, fake.scrollPositions.back());
+    EXPECT_EQ(0, plotView.centreLongitude);
+    EXPECT_EQ(0, plotView.scale);
+    EXPECT_STREQ("Plot", plotTitle);
+    int whole = 0;
+    for (const RepaintRequest& r : fake.repaints)
+        if (r.area == AREA_WHOLE && r.erase == 1) whole++;
+    EXPECT_EQ(3, whole);
+    EXPECT_EQ(std::vector<int>{WINDOW_TAGS}, fake.notifications);
+    remove(path.c_str());
+}
+
+}  // namespace
