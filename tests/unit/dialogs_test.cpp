@@ -2,6 +2,7 @@
 // spins do and what its OK checks, stores and sends.
 #include <gtest/gtest.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include <string>

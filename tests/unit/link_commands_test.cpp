@@ -2,6 +2,7 @@
 // GPS commands, against the fake platform with the port open.
 #include <gtest/gtest.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include <string>
