@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Injects faults into the portable core one at a time and counts those the
-native unit and link tests catch (scripts/mutation.sh runs it; see there).
+native unit and link tests and the export tool's tests catch
+(scripts/mutation.sh runs it; see there).
 
   mutation.py run BUILD [--seed S] [--count N] [--scenario NAME]... [--win64 DIR]
   mutation.py list [--seed S] [--count N]     the faults that would be tried
-  --only GLOB (repeatable) draws faults only in those files of src/
+  --only GLOB (repeatable)                    draws faults only in those files of src/
   mutation.py restore BUILD                   puts back a file left mutated
 
 A fault is one edit of one line of a src/ .cpp file that is not Windows-only:
@@ -198,12 +199,14 @@ class Layers:
         self.flaky = 0
 
     def make(self):
-        targets = ["veldor_unit_tests", "veldor_link_tests"]
+        targets = ["veldor_unit_tests", "veldor_link_tests", "veldor-export"]
         return sh(["ninja", "-C", self.build, "-j1"] + targets, 600)[0] == 0
 
     def tests(self):
         yield "unit", [os.path.join(self.build, "veldor_unit_tests"), "--gtest_brief=1"]
         yield "link", [os.path.join(self.build, "tests/link/veldor_link_tests"), "--gtest_fail_fast", "--gtest_brief=1"]
+        # The analysis room is tested through the export tool that uses it.
+        yield "export", ["ctest", "--test-dir", self.build, "-R", "^veldor_export_", "--stop-on-failure"]
         if self.a.scenario:
             yield "e2e", ["bash", os.path.join(ROOT, "tests/e2e/run_e2e.sh"), self.a.win64, self.build] + self.a.scenario
 
@@ -227,7 +230,8 @@ class Layers:
             if rc == "timeout":
                 return f"{name} (time limit)"
             if rc != 0:
-                failed = sorted(set(re.findall(r"^\[  FAILED  \] (\w+\.\w+)", out, re.M)))
+                failed = sorted(set(re.findall(r"^\[  FAILED  \] (\w+\.\w+)|^\s*\d+ - (\w+) \(", out, re.M)))
+                failed = sorted({a or b for a, b in failed})
                 return f"{name} ({' '.join(failed) or 'failed'})"
         return None
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The mutation check: injects faults into src/ one at a time (a fixed seed
 # draws them), rebuilds what each touches in an unoptimised native build and
-# counts those the native unit and link tests catch. Not part of test-all.sh.
+# counts those the native unit and link tests, and the export tool's tests
+# (the analysis room's only tests), catch. Not part of test-all.sh.
 #
 #   bash scripts/mutation.sh [--seed S] [--count N] [--only GLOB]... [--scenario NAME --win64 DIR]...
 #
@@ -26,5 +27,5 @@ trap 'exit 143' TERM
 cmake -S "$ROOT" -B "$BUILD" -G Ninja -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS=-O0 \
   -DVELDOR_SANITIZE=OFF >/dev/null
 # The first build of a fresh folder, with no time limit.
-nice -n 10 ninja -C "$BUILD" -j1 veldor_unit_tests veldor_link_tests controller-sim >/dev/null
+nice -n 10 ninja -C "$BUILD" -j1 veldor_unit_tests veldor_link_tests veldor-export controller-sim >/dev/null
 nice -n 10 python3 "$ROOT/scripts/mutation.py" run "$BUILD" "$@"
