@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "fake_platform.h"
+#include "full_store.h"
 #include "survey/cal_lookup.h"
 #include "views/chart_view.h"
 #include "views/draw_list_win32.h"
@@ -23,32 +24,11 @@
 
 namespace {
 
-constexpr int Width = 1024, Height = 700, Rounds = 5;
+constexpr int Width = 1024, Height = 700;
 const char* const Build = sizeof(void*) == 4 ? "i686" : "x86_64";
-
-double Now() {
-    LARGE_INTEGER t, f;
-    QueryPerformanceCounter(&t);
-    QueryPerformanceFrequency(&f);
-    return (double)t.QuadPart * 1000.0 / (double)f.QuadPart;
-}
-
-// The best of a few rounds, in milliseconds.
-template <typename F>
-double Best(F work) {
-    double best = 1e9;
-    for (int i = 0; i < Rounds; i++) {
-        double t0 = Now();
-        work();
-        double t = Now() - t0;
-        if (t < best) best = t;
-    }
-    return best;
-}
 
 struct Surface {
     HDC dc;
-    HBITMAP bitmap;
     uint32_t* pixels;
 };
 
@@ -60,27 +40,11 @@ Surface MakeSurface(HDC screen, int width, int height) {
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
     info.bmiHeader.biCompression = BI_RGB;
-    Surface s;
     void* bits = nullptr;
-    s.bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    s.pixels = (uint32_t*)bits;
-    s.dc = CreateCompatibleDC(screen);
-    SelectObject(s.dc, s.bitmap);
+    HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    Surface s = {CreateCompatibleDC(screen), (uint32_t*)bits};
+    SelectObject(s.dc, bitmap);
     return s;
-}
-
-// 16000 records on a grid of 160 by 100, readings across all four bands.
-void FillStore() {
-    for (int i = 0; i < MaxRecords; i++) {
-        Record& r = recordStore.rows[i];
-        r.flags = (uint8_t)(0x10 | (i % 3 ? 0x04 : 0));
-        for (int c = 0; c < 4; c++) r.ch[c] = (uint8_t)((i * 7 + c * 60) % 256);
-        r.latitude = 185400000 + (i / 160) * 500;
-        r.longitude = -3600000 + (i % 160) * 500;
-        r.time = 1700000000u + (uint32_t)i;
-    }
-    recordCount = MaxRecords;
-    tagCount = 0;
 }
 
 // Both ways draw on a real window, as the Plot does; what reached the
@@ -98,14 +62,14 @@ int BenchPlot(HDC screen) {
     Surface image = MakeSurface(screen, w, h);
     Surface window = MakeSurface(screen, w, h);
     Surface brushes = MakeSurface(screen, w, h);
-    double asPixels = Best([&] {
+    double asPixels = BestMs([&] {
         PlotPaintPixels(PlotImage{image.pixels, w, h});
         BitBlt(out, 0, 0, w, h, image.dc, 0, 0, SRCCOPY);
         GdiFlush();
     });
     BitBlt(window.dc, 0, 0, w, h, out, 0, 0, SRCCOPY);
     // The straightforward way: white, then one brush per square.
-    double withBrushes = Best([&] {
+    double withBrushes = BestMs([&] {
         RECT all = {0, 0, w, h};
         FillRect(out, &all, (HBRUSH)GetStockObject(WHITE_BRUSH));
         PlotSquare squares[4];
@@ -135,6 +99,16 @@ int BenchPlot(HDC screen) {
     return same;
 }
 
+// A view's draw list made and drawn on dc; the number of drawing calls.
+int Render(HDC dc, HFONT font, void (*paint)(DrawList*)) {
+    static DrawList list;
+    DrawListClear(&list);
+    paint(&list);
+    RenderDrawList(dc, list, font);
+    GdiFlush();
+    return list.count;
+}
+
 void BenchListing(HDC screen, HFONT font) {
     Surface s = MakeSurface(screen, Width, Height);
     SelectObject(s.dc, font);
@@ -142,28 +116,18 @@ void BenchListing(HDC screen, HFONT font) {
     GetTextMetricsA(s.dc, &metrics);
     listingCharHeight = metrics.tmHeight;
     ListingLayout(Width, Height);
-    static DrawList list;
     listingTopIndex = 5000;
     int cells = 0;
-    double full = Best([&] {
-        DrawListClear(&list);
-        ListingPaint(&list);
-        RenderDrawList(s.dc, list, font);
-        GdiFlush();
-        cells = list.count;
-    });
-    double oneRow = Best([&] {
+    double full = BestMs([&] { cells = Render(s.dc, font, ListingPaint); });
+    double oneRow = BestMs([&] {
         ListingScrollResult r = ListingScroll(LISTING_SCROLL_LINE_DOWN, 0);
         RECT moved = ToRect(r.moved);
         ScrollDC(s.dc, 0, r.dy, &moved, &moved, nullptr, nullptr);
         int saved = SaveDC(s.dc);
         IntersectClipRect(s.dc, r.uncovered.left, r.uncovered.top, r.uncovered.right,
                           r.uncovered.bottom);
-        DrawListClear(&list);
-        ListingPaint(&list);
-        RenderDrawList(s.dc, list, font);
+        Render(s.dc, font, ListingPaint);
         RestoreDC(s.dc, saved);
-        GdiFlush();
     });
     printf("listing paint (%s): %.2f ms full window (%d rows, %d drawing calls), "
            "%.2f ms one-row scroll\n",
@@ -173,13 +137,7 @@ void BenchListing(HDC screen, HFONT font) {
 void BenchChart(HDC screen, HFONT font) {
     Surface s = MakeSurface(screen, Width, Height);
     ChartLayout(Width, Height, 40, 16);
-    static DrawList list;
-    double t = Best([&] {
-        DrawListClear(&list);
-        ChartPaint(&list);
-        RenderDrawList(s.dc, list, font);
-        GdiFlush();
-    });
+    double t = BestMs([&] { Render(s.dc, font, ChartPaint); });
     printf("chart repaint %d records (%s): %.2f ms\n", recordCount, Build, t);
 }
 
@@ -188,7 +146,7 @@ void BenchChart(HDC screen, HFONT font) {
 int main() {
     ResetFakeWorld();
     UseDefaultCurves();
-    FillStore();
+    FillFullStore();
     HDC screen = GetDC(nullptr);
     HFONT font = CreateFontA(-12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "Arial");
     int same = BenchPlot(screen);

@@ -1,9 +1,7 @@
-"""The .DAT survey file in the tests: written field by field with struct (not
-with the program's writer), read back, and what the program must make of it:
-readings on the default curve, their colour bands, position and reading
-texts, the store gauge. The test survey of the views scenario is made here.
-
-Imported by tests/e2e, tools/veldor-export/tests and tests/data/datafiles.
+"""The .DAT survey file in the tests, the one reader of it: written field by
+field with struct (not with the program's writer), read back, and what the
+program must make of it: readings on the default curve, their colour bands,
+position and reading texts, the store gauge; and the test survey of the views.
 """
 import struct
 from collections import namedtuple
@@ -166,10 +164,14 @@ def survey(count=300):
     return rows
 
 
+def write(path, rows, marks, labels, seconds=2):
+    """A v1.4 file of rows and tags (index, text) started at 1700000000, every channel on Default.cal."""
+    with open(path, "wb") as f:
+        f.write(header(4, 1700000000, seconds=seconds, names=[b"Default.cal"] * 4, labels=labels)
+                + records(4, rows) + tags(marks) + TRAILER)
+
+
 def make(path, count=300):
     """The test survey as a v1.4 file, with tags on the records of TAGGED."""
     marks = [(i, b"Tag at record %d" % (i + 1)) for i in TAGGED]
-    with open(path, "wb") as f:
-        f.write(header(4, 1700000000, seconds=2, names=[b"Default.cal"] * 4,
-                       labels=[b"North", b"East", b"South", b"West"])
-                + records(4, survey(count)) + tags(marks) + TRAILER)
+    write(path, survey(count), marks, [b"North", b"East", b"South", b"West"])

@@ -11,15 +11,13 @@
       centred within half a mm of where the scale puts it; no other pixel is
       marked.
 
-METRICS is the file printer's report (file_printer metrics). Everything is
-computed from the survey file and the manual's arithmetic, nothing from the
-program.
+METRICS is the file printer's report (file_printer metrics). Everything comes
+from the survey file and the manual's arithmetic, nothing from the program.
 """
 import datetime
-import re
 import sys
 
-from views_survey import BAND_RGB, band, client, fact, read
+from views_survey import BAND_RGB, Shot, arguments, band, client, fact, read, trunc_div, zoom_auto
 from veldor_dat import position, reading
 
 
@@ -43,15 +41,15 @@ def date_text(t):
 
 
 def check_listing(dat, met, pages, fmt, header):
-    s = read(dat)
-    start, names, rows = s.start, s.names, s.records
+    survey = read(dat)
+    rows = survey.records
     per_page = met["vertres"] // met["lineheight"] - 1
     want = [["VELDOR Listing"]]
     first = 5
     if header:
-        want[0] += ["Recording started: " + date_text(start), "Printed: *",
+        want[0] += ["Recording started: " + date_text(survey.start), "Printed: *",
                     "Data filename: " + dat.rsplit("/", 1)[-1]]
-        want[0] += ["Ch%d cal. filename: %s" % (c + 1, names[c]) for c in range(4)]
+        want[0] += ["Ch%d cal. filename: %s" % (c + 1, survey.names[c]) for c in range(4)]
         want[0] += ["Records taken: %d" % len(rows)]
         first = 16
     line = first
@@ -68,8 +66,7 @@ def check_listing(dat, met, pages, fmt, header):
          f"({per_page} lines a page, first record on line {first})")
     for p, (page, lines) in enumerate(zip(pages, want)):
         got = [" ".join(l.split()) for l in open(page, encoding="latin-1") if l.strip()]
-        if len(got) != len(lines):
-            fact(False, f"page {p + 1}: {len(got)} lines, {len(lines)} expected")
+        fact(len(got) == len(lines), f"page {p + 1}: {len(got)} lines, {len(lines)} expected")
         for n, (g, w) in enumerate(zip(got, lines)):
             ok = g.startswith("Printed: ") if w == "Printed: *" else g == " ".join(w.split())
             if not ok:
@@ -79,11 +76,6 @@ def check_listing(dat, met, pages, fmt, header):
 
 # ---- Plot -----------------------------------------------------------------------------------------
 
-def tdiv(a, b):
-    q = abs(a) // abs(b)
-    return q if (a >= 0) == (b > 0) else -q
-
-
 def placement(rows, met, mode, probe):
     """Map area, page rectangle in tenths of a mm (y up) and scales, as the manual gives them."""
     width, height = met["horzsize"] * 10, met["vertsize"] * 10
@@ -92,19 +84,13 @@ def placement(rows, met, mode, probe):
         page = [20, 30, 180, 250]
     else:
         page = [0, 0, width // 10, height // 10]
-        if mode == "entire":
-            lats, lons = [r.lat for r in rows], [r.lon for r in rows]
-            top, bottom, left, right = max(lats), min(lats), min(lons), max(lons)
-        else:
+        lats, lons = [r.lat for r in rows], [r.lon for r in rows]
+        top, bottom, left, right = max(lats), min(lats), min(lons), max(lons)
+        if mode == "displayed":  # the plot area under the button strip, after Zoom Auto
             _, _, w, h = client(probe, "Veldor_Plot")
-            l, t, r, b = 1, 34, w - 1, h - 1  # the plot area under the button strip
-            lats, lons = [r.lat for r in rows], [r.lon for r in rows]
-            dlat, dlon = max(lats) - min(lats), max(lons) - min(lons)
-            clat, clon = min(lats) + dlat // 2, min(lons) + dlon // 2
-            m = max(dlat // (b - t), dlon // (r - l))
-            scale = max(m + m // 3, 1)
-            left, right = clon - (r - l) * scale // 2, clon + (r - l) * scale // 2
-            bottom, top = clat - (b - t) * scale // 2, clat + (b - t) * scale // 2
+            clat, clon, scale = zoom_auto(lats, lons, w - 2, h - 35)
+            left, right = clon - (w - 2) * scale // 2, clon + (w - 2) * scale // 2
+            bottom, top = clat - (h - 35) * scale // 2, clat + (h - 35) * scale // 2
     pl, pt, pr, pb = (v * 10 for v in page)
     pt, pb = height - pt, height - pb
     dlat, dlon = top - bottom, right - left
@@ -120,15 +106,13 @@ def placement(rows, met, mode, probe):
 def check_plot(dat, met, ppm, mode, probe):
     rows = read(dat).records
     (top, left, bottom, right), (pl, pt, pr, pb), lat_s, lon_s, height = placement(rows, met, mode, probe)
-    data = re.sub(rb"#[^\n]*\n", b"", open(ppm, "rb").read(), count=1)
-    _, w, h, _, px = data.split(maxsplit=4)
-    w, h = int(w), int(h)
-    at = lambda x, y: tuple(px[(y * w + x) * 3:(y * w + x) * 3 + 3])
+    page = Shot(ppm)
+    w, h, px, at = page.w, page.h, page.px, page.at
     allowed, dots = set(), 0
     for i, (_, _, ch, lat, lon, _) in enumerate(rows):
         if not (left <= lon <= right and bottom <= lat <= top):
             continue
-        x, y = pl + tdiv(lon - left, lon_s), pb + tdiv(lat - bottom, lat_s)
+        x, y = pl + trunc_div(lon - left, lon_s), pb + trunc_div(lat - bottom, lat_s)
         if not (pl <= x <= pr and pb <= y <= pt):
             continue
         # A logical unit is a tenth of the printer's whole millimetres of
@@ -157,8 +141,7 @@ def check_plot(dat, met, ppm, mode, probe):
 
 
 def main(argv):
-    opt = {argv[i]: argv[i + 1] for i in range(2, len(argv) - 1) if argv[i].startswith("--")}
-    pos = [a for i, a in enumerate(argv[2:], 2) if not a.startswith("--") and not argv[i - 1].startswith("--")]
+    pos, opt = arguments(argv)
     if argv[1] == "listing":
         check_listing(pos[0], metrics(pos[1]), pos[2:], opt.get("--format", "DEG"), opt.get("--header", "1") == "1")
     elif argv[1] == "plot":

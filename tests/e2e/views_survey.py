@@ -1,33 +1,28 @@
 #!/usr/bin/env python3
 """The survey of the views scenario, and the pixel facts its screenshots must show.
 
-  views_survey.py make OUT.DAT [COUNT]
-      300 records on a 20 x 15 lawn-mower grid, 2 seconds of arc apart, with
-      channel 1 in all four colour bands (a band per five columns), every GPS
-      state, and tags on five records (COUNT records, on more rows, if given).
+  views_survey.py make OUT.DAT [COUNT]       the test survey of veldor_dat (300 records)
   views_survey.py plot SHOT.png PROBE.txt DAT --channel N [--zoom io..] [--cross I]
-  views_survey.py listing SHOT.png PROBE.txt
+  views_survey.py listing SHOT.png PROBE.txt DAT
   views_survey.py chart SHOT.png PROBE.txt DAT --channel N [--mark I]
-      Check a screenshot against what the file says must be drawn; print one
-      line per fact and exit 1 on the first that does not hold.
+      A screenshot against what the file says must be drawn: one line per
+      fact, exit 1 on the first that does not hold.
   views_survey.py listing-row PROBE.txt SHOT.png ROW TOP|end
-      Prints the screen y and x of the middle of table row ROW (0 = first)
-      and the record it shows with top row TOP (end: the top row after End),
-      from the row height measured on SHOT.
-  views_survey.py deleted DAT SAVED INDEX
-      SAVED is DAT less record INDEX, with the tags behind it moved.
+      The screen y and x of the middle of table row ROW (0 = first) and the
+      record it shows with top row TOP (end: the top row after End).
+  views_survey.py deleted DAT SAVED INDEX    SAVED is DAT less record INDEX, its tags moved
   views_survey.py suspended SHOT.png PROBE.txt 1|0
       The Plot shows the suspension text and no dots (1), or dots (0).
-  views_survey.py tags DAT
-      Prints the tags of DAT as "RECORD:TEXT" (record from 0), one a line.
+  views_survey.py tags DAT                   the tags of DAT, "RECORD:TEXT" a line (from 0)
 
-Every expectation is computed here from the file, the window sizes the probe
-reports and the arithmetic the operator's manual gives; nothing is read from
-the program but its pixels.
+Every expectation comes from the file, the window sizes the probe reports
+and the arithmetic of the operator's manual; nothing from the program but
+its pixels.
 """
 import os
 import subprocess
 import sys
+from collections import Counter
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 from veldor_dat import TAGGED, band, make, read, value  # noqa: E402,F401  (the scenarios take them from here)
@@ -50,7 +45,7 @@ def trunc_div(a, b):
 
 class Shot:
     def __init__(self, path):
-        ppm = subprocess.run(["convert", path, "ppm:-"], check=True, capture_output=True).stdout
+        ppm = subprocess.run(["convert", path, "-strip", "ppm:-"], check=True, capture_output=True).stdout
         parts = ppm.split(maxsplit=4)
         self.w, self.h = int(parts[1]), int(parts[2])
         self.px = parts[4]
@@ -73,18 +68,20 @@ def fact(ok, text):
         sys.exit(1)
 
 
+def zoom_auto(lats, lons, width, height):
+    """The centre and the ms of arc a pixel that Zoom Auto gives a plot area of width by height."""
+    dlat, dlon = max(lats) - min(lats), max(lons) - min(lons)
+    m = max(dlat // height, dlon // width)
+    return min(lats) + dlat // 2, min(lons) + dlon // 2, max(m + m // 3, 1)
+
+
 def plot_pixels(recs, w, h, zooms):
     """Pixel of each record after Zoom Auto, then the zooms ("i" in, "o" out)."""
     left, top, right, bottom = 1, 34, w - 1, h - 1
-    aw, ah = right - left, bottom - top
-    lats, lons = [r[2] for r in recs], [r[3] for r in recs]
-    dlat, dlon = max(lats) - min(lats), max(lons) - min(lons)
-    clat, clon = min(lats) + dlat // 2, min(lons) + dlon // 2
-    m = max(dlat // ah, dlon // aw)
-    scale = max(m + m // 3, 1)
+    clat, clon, scale = zoom_auto([r[2] for r in recs], [r[3] for r in recs], right - left, bottom - top)
     for z in zooms:  # far from the world scale, so Zoom Out only doubles
         scale = max(scale // 2, 1) if z == "i" else scale * 2
-    cx, cy = left + aw // 2, top + ah // 2
+    cx, cy = left + (right - left) // 2, top + (bottom - top) // 2
     pix = [(cx + trunc_div(lon - clon, scale), cy - trunc_div(lat - clat, scale)) for _, _, lat, lon in recs]
     return pix, (left, top, right, bottom)
 
@@ -102,9 +99,9 @@ def check_plot(shot, probe, path, channel, zooms, cross):
         if abs(x - hair[0]) <= d or abs(y - hair[1]) <= d:
             continue  # under the cross hair
         ch = recs[i][1]
-        if channel == 4:
-            want = {(x - 2, y - 2): BAND_RGB[band(ch[0])], (x + 2, y - 2): BAND_RGB[band(ch[1])],
-                    (x - 2, y + 2): BAND_RGB[band(ch[2])], (x + 2, y + 2): BAND_RGB[band(ch[3])]}
+        if channel == 4:  # a square per channel: 1 top left, 2 top right, 3 bottom left, 4 bottom right
+            corners = [(-2, -2), (2, -2), (-2, 2), (2, 2)]
+            want = {(x + dx, y + dy): BAND_RGB[band(ch[k])] for k, (dx, dy) in enumerate(corners)}
         else:
             raw = max(ch) if channel == 5 else ch[channel]
             want = {(x, y): BAND_RGB[band(raw)], (x - 2, y + 2): BAND_RGB[band(raw)],
@@ -174,8 +171,7 @@ def check_suspended(shot, probe, suspended):
     after the stop it holds dots in the band colours."""
     s = Shot(shot)
     ox, oy, w, h = client(probe, "Veldor_Plot")
-    area = [(x, y) for x in range(2, w - 2) for y in range(35, h - 2)]
-    colours = {s.at(ox + x, oy + y) for x, y in area}
+    colours = {s.at(ox + x, oy + y) for x in range(2, w - 2) for y in range(35, h - 2)}
     dots = colours & set(BAND_RGB[:3])
     cy = 34 + (h - 35) // 2
     text = sum(s.at(ox + x, oy + y) == (0, 0, 0) for x in range(2, w - 2) for y in range(cy - 20, cy))
@@ -188,21 +184,17 @@ def check_suspended(shot, probe, suspended):
 def check_chart(shot, probe, path, channel, mark):
     s, recs = Shot(shot), read_records(path)
     ox, oy, w, h = client(probe, "Veldor_Chart")
-    y_mid = 60
-    axis = [x for x in range(0, w // 2) if s.at(ox + x, oy + y_mid) == (0, 0, 0)]
+    axis = [x for x in range(0, w // 2) if s.at(ox + x, oy + 60) == (0, 0, 0)]
     fact(len(axis) >= 2, f"Y axis found at x {axis[:2]}")
-    left = axis[-1] + 1
-    right = w - 10
+    left, right = axis[-1] + 1, w - 10
     base = [y for y in range(43, h) if s.at(ox + left + 3, oy + y) == (0, 0, 0)]
     fact(len(base) >= 2, f"X axis found at y {base[:2]}")
     bottom = base[0] - 1
-    hits = [0] * 256
-    for r in recs:
-        hits[r[1][channel]] += 1
+    hits = Counter(r[1][channel] for r in recs)
     scale = (right - left) / 100.0
-    peak = max(hits)
+    peak = max(hits.values())
     marked = recs[mark][1][channel] if mark is not None else None
-    for raw in sorted(set(r[1][channel] for r in recs) - {marked}):
+    for raw in sorted(set(hits) - {marked}):
         x = left + int(value(raw) * scale)
         y = bottom - int(hits[raw] * (bottom - 43) / peak)
         near = {s.at(ox + xx, oy + yy) for xx in range(x - 1, x + 2) for yy in range(y - 1, y + 2)}
@@ -214,10 +206,16 @@ def check_chart(shot, probe, path, channel, mark):
         fact(column >= (bottom - 43) // 4, f"location mark of record {mark + 1} at x {x}: {column} pixels")
 
 
-def main(argv):
-    cmd = argv[1]
+def arguments(argv):
+    """The words after the command, and the options ("--name value")."""
     opt = {argv[i]: argv[i + 1] for i in range(2, len(argv) - 1) if argv[i].startswith("--")}
     pos = [a for i, a in enumerate(argv[2:], 2) if not a.startswith("--") and not argv[i - 1].startswith("--")]
+    return pos, opt
+
+
+def main(argv):
+    cmd = argv[1]
+    pos, opt = arguments(argv)
     if cmd == "make":
         make(pos[0], int(pos[1]) if len(pos) > 1 else 300)
     elif cmd == "plot":
@@ -231,7 +229,7 @@ def main(argv):
         check_deleted(pos[0], pos[1], int(pos[2]))
     elif cmd == "suspended":
         check_suspended(pos[0], pos[1], int(pos[2]))
-    elif cmd == "tags":  # the tags of DAT, "RECORD:TEXT" a line
+    elif cmd == "tags":
         print("".join("%d:%s\n" % t for t in read(pos[0]).tags), end="")
     elif cmd == "chart":
         mark = int(opt["--mark"]) if "--mark" in opt else None

@@ -1,24 +1,16 @@
 // Feeds arbitrary bytes to the frame receiver in pieces of arbitrary size, as
 // the serial reader would, with the link state checked after every piece.
-#include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
 
-#include "fake_platform.h"
+#include "fuzz_input.h"
 #include "link/controller_messages.h"
 #include "link/frame_codec.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static bool ready = false;
-    if (!ready) {
-        ResetFakeWorld();
-        ready = true;
-    }
+    fake = FakePlatform();  // what the last input left in the fake
     ResetFrameCodec();
     fake.portOpen = true;
-    fake.wire.clear();
-    fake.writes.clear();
-    fake.statusLines.clear();
     statusFlags = (size > 0 && (data[0] & 1)) ? (STATUS_RECORDING | STATUS_AVERAGING) : 0;
 
     // The first byte of each chunk gives the length of the piece behind it.
