@@ -54,10 +54,8 @@ TEST_F(Dialogs, DisplayBoxShowsUnknownModesAsTheFirstButtonAndStoresRawAsMinusOn
         DisplayBoxOpen(&v);
         EXPECT_EQ(c.shown, (std::vector<int>{v.latLong, v.sign, v.reading})) << c.stored;
         DisplayBoxStore(&v);
-        char got[64];
-        snprintf(got, sizeof got, "%d %d %d", ReadSetting(KeyListingLatLong),
-                 ReadSetting(KeyListingSign), ReadSetting(KeyListingDecimalPlaces));
-        EXPECT_STREQ(c.stored, got);
+        EXPECT_EQ(c.stored, std::to_string(ReadSetting(KeyListingLatLong)) + " " + std::to_string(ReadSetting(KeyListingSign)) +
+                                " " + std::to_string(ScreenFormat.readingMode));
         EXPECT_EQ(ReadSetting(KeyListingDecimalPlaces), ScreenFormat.readingMode);
     }
 }
@@ -142,14 +140,14 @@ TEST_F(Dialogs, RecSettingsTakesNumbersBelowOneAsOneAndRefusesDistanceInTzrMode)
         strcpy(v.minutes, "12");
         strcpy(v.labels[2], "new");
         EXPECT_EQ(c.result, RecSettingsStore(&v)) << c.seconds;
-        EXPECT_EQ(c.storedSeconds, recordIntervalSeconds) << c.seconds;
-        EXPECT_EQ(c.result, (int)fake.messageBoxes.empty()) << c.seconds;
-        EXPECT_EQ(c.result ? 12 : 5, autosaveMinutes);
         EXPECT_STREQ(c.result ? "new" : "old", channelLabels[2]);
-        EXPECT_EQ(c.result != 0, (statusFlags & STATUS_AVERAGING) != 0);
-        EXPECT_EQ(c.result && c.distance, (statusFlags & STATUS_DISTANCE_INTERVAL) != 0);
-        EXPECT_EQ(c.result ? c.storedSeconds : 5, ReadSetting(KeyRecordIntervalSeconds));
-        EXPECT_EQ(c.result ? 1 : 500, ReadSetting(KeyRecordIntervalMeters));
+        const int distance = c.result && c.distance;
+        EXPECT_EQ((std::vector<int>{c.storedSeconds, !c.result, c.result ? 12 : 5, c.result, distance,
+                                    c.storedSeconds, c.result ? 1 : 500}),
+                  (std::vector<int>{recordIntervalSeconds, (int)fake.messageBoxes.size(), autosaveMinutes,
+                                    (statusFlags & STATUS_AVERAGING) != 0, (statusFlags & STATUS_DISTANCE_INTERVAL) != 0,
+                                    ReadSetting(KeyRecordIntervalSeconds), ReadSetting(KeyRecordIntervalMeters)}))
+            << c.seconds;
     }
 }
 
@@ -490,8 +488,8 @@ TEST_F(Dialogs, TzrOkClampsStoresAndSwitches) {
         EXPECT_EQ(c.result ? 0u : 1u, fake.messageBoxes.size());
         if (!c.result) continue;
         EXPECT_EQ(c.enable ? STATUS_TZR_MODE : 0u, statusFlags & STATUS_TZR_MODE);
-        EXPECT_EQ(c.storedCount, std::to_string(tzrChannelCount));
-        EXPECT_EQ(c.storedInput, std::to_string(currentInputChannel + 1));
+        EXPECT_EQ(std::string(c.storedCount) + " " + c.storedInput,
+                  std::to_string(tzrChannelCount) + " " + std::to_string(currentInputChannel + 1));
     }
 }
 

@@ -88,15 +88,10 @@ std::string CalFileBytes(int32_t count, const std::vector<std::pair<int, float>>
 std::string StoredSetting(const char* section, const char* key);
 
 // A path below tests/data, where the hand-made test files are kept.
-inline std::string TestDataPath(const std::string& relative) {
 #ifdef VELDOR_TEST_DATA_DIR
-    std::string data = VELDOR_TEST_DATA_DIR;
-#else
-    std::string here = __FILE__;
-    std::string unitDir = here.substr(0, here.find_last_of("/\\"));
-    std::string data = unitDir.substr(0, unitDir.find_last_of("/\\")) + "/data";
-#endif
-    return data + "/" + relative;
+inline std::string TestDataPath(const std::string& relative) {
+    return VELDOR_TEST_DATA_DIR "/" + relative;
 }
+#endif
 
 #endif

@@ -20,14 +20,12 @@ namespace {
 
 // The screen's forms in Deg, Deg Min and Deg Min Sec, with letters and with signs, and slips.
 TEST(PrintPlotTest, ParsesCoordinatesInEveryDegreeForm) {
-    // clang-format off
     const struct { const char* text; int32_t expected; } cases[] = {
         {"31 30 15 S", -113415000}, {"31 30 15 N", 113415000}, {"115.75 E", 416700000},
         {"-31.5", -113400000}, {"31 30", 113400000}, {"31.5000000 S", -113400000},
         {"31 30.00000 S", -113400000}, {"31 30 0.000 S", -113400000}, {"-0 30", 1800000},
         {"-31 30 0.000", -113400000}, {"31.5S", 113400000}, {"", 0}, {"S", 0},
         {"  115 45  w ", -416700000}, {"1 2 3 4 S", 3723000}};  // a fifth word is not read
-    // clang-format on
     for (const auto& c : cases) EXPECT_EQ(ParseCoordinate(c.text), c.expected) << c.text;
 }
 
@@ -36,7 +34,6 @@ TEST(PrintPlotTest, ValidatesEachModeWithItsMessages) {
     const char* const invalid = "Co-ordinates are invalid";
     const char* const nothing = "There is nothing to print";
     const char* const misfit = "The defined print area does not fit on the page";
-    // clang-format off
     const struct {
         int mode, records, rows[3][2]; const char* fields[8];
         int confirm, answer, result; const char* message; int any; const char* question;
@@ -59,7 +56,6 @@ TEST(PrintPlotTest, ValidatesEachModeWithItsMessages) {
         {ALL, 3, {{5, 7}, {9, 9}, {5, 8}}, {}, 0, 0, 1, 0, 0, 0},
         {ALL, 3, {{5, 7}, {9, 9}, {6, 8}}, {}, 0, 0, 1, 0, 1, 0},
     };
-    // clang-format on
     for (const auto& c : cases) {
         ResetFakeWorld();
         ScreenFormat = DisplayFormat{LATLONG_DEG_MIN_SEC, SIGN_NORTH_SOUTH, READING_0_0};
@@ -106,7 +102,6 @@ TEST(PrintPlotTest, ValidatesEachModeWithItsMessages) {
 TEST(PrintPlotTest, PlacesRecordsOnPaperInTenthsOfAMillimetre) {
     // A 200 x 280 mm page and the area -115100000..-115000000 by 417500000..417800000, fitted
     // to the page, or specified as 10, 20 to 110, 220 mm on a printer offset by 5, 7.
-    // clang-format off
     const struct {
         int keepAspect, typed, channel, latitude, longitude;
         int32_t latScale, lonScale, pageLeft, pageBottom, pageRight, pageTop;
@@ -119,14 +114,11 @@ TEST(PrintPlotTest, PlacesRecordsOnPaperInTenthsOfAMillimetre) {
         {1, 1, PLOT_ALL, -115000000, 417800000, 300, 300, 95, 607, 1095, 2607, 4, 1095, -1860},
         {1, 1, 0, -114999999, 417500000, 300, 300, 95, 607, 1095, 2607, 0, 0, 0},  // off the map
     };
-    // clang-format on
     for (const auto& c : cases) {
         ResetFakeWorld();
         const int32_t pages[2][4] = {{0, 0, 200, 280}, {10, 20, 110, 220}}, *p = pages[c.typed];
-        // clang-format off
         printArea = {-115000000, -115100000, 417500000, 417800000, p[0], p[1], p[2], p[3],
                      200, 280, 10, c.keepAspect, !c.typed};
-        // clang-format on
         plotChannel = c.channel;
         const Record row = {0, 0, {0, 0, 0, 0}, c.latitude, c.longitude, 0};
         PrintScale scale = PlacePrintArea(c.typed ? 5 : 0, c.typed ? 7 : 0, 200, 280);
@@ -163,7 +155,6 @@ protected:
 };
 
 TEST_F(PrintListing, Lines) {
-    // clang-format off
     struct Case { int32_t latLong, sign, reading, index; int result; const char* text; };
     const Case cases[] = {
         {1, 1, 1, 0, 1, "31.9787369 S \t115.8575363 E \t45.1 \t12.0 \t0.0 \t3.9"},
@@ -171,7 +162,6 @@ TEST_F(PrintListing, Lines) {
         {4, 2, -1, 1, 1, "-115123456 \t417087123 \t115 \t30 \t0 \t10 \t7"},
         {1, 1, 1, -1, 0, "No data"}, {1, 1, 1, 2, 0, "No data"},
     };
-    // clang-format on
     for (const Case& c : cases) {
         WriteSettingInt(KeyPrintListingLatLong, c.latLong);
         WriteSettingInt(KeyPrintListingSign, c.sign);
@@ -186,7 +176,6 @@ TEST_F(PrintListing, Header) {
     fake.now = 1614675907u;  // Tue 2 March 2021 09:05:07; the fake's local time is UTC
     snprintf(dataFileName, PathSize, "C:\\Surveys\\route.DAT");
     snprintf(recordingParams.calFileName[2], PathSize, "C:\\Cal\\horn.CAL");
-    // clang-format off
     const char* full[] = {"VELDOR Listing", "Recording started: Thu Jan 01 00:00:00 1970",
                           "Printed: Tue Mar 02 09:05:07 2021", "Data filename: route.DAT",
                           "Ch1 cal. filename: ", "Ch2 cal. filename: ",
@@ -198,7 +187,6 @@ TEST_F(PrintListing, Header) {
         {0, 1, 1, {3, 5, 6, 7, 8, 9, 11}, 13, "No data filename"},
         {1, 0, 1, {3, 5, 6, 8}, 10, full[1]},
     };
-    // clang-format on
     for (const Case& c : cases) {
         if (c.date >= 0) {
             dataFileName[0] = '\0';
@@ -225,7 +213,6 @@ TEST_F(PrintListing, Header) {
 }
 
 TEST_F(PrintListing, PageBreaks) {
-    // clang-format off
     struct Case { int32_t firstLine, linesPerPage, records; std::vector<int32_t> starts; };
     const Case cases[] = {
         {16, 70, 200, {0, 55, 123, 191}},  // 70 - 16 + 1 on page 1, 70 - 2 after
@@ -233,7 +220,6 @@ TEST_F(PrintListing, PageBreaks) {
         {16, 16, 3, {0, 1}}, {20, 16, 3, {0, 1}},  // the header reaches or passes the foot
         {16, 2, 3, {0, 1, 2}},             // later pages hold at least their row
     };
-    // clang-format on
     for (const Case& c : cases) {
         int32_t starts[8];
         int pages = PrintPageStarts(c.firstLine, c.linesPerPage, c.records, starts, 8);

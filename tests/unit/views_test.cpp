@@ -287,14 +287,12 @@ TEST_F(PlotViewTest, DotsSquaresAndClampsAsDrawn) {
         PlotSquare sq[4];
         ASSERT_EQ(c.n, PlotRowSquares(row, c.x, c.y, c.channel, c.size, sq)) << c.channel;
         if (c.n == 0) continue;
-        EXPECT_EQ(c.first.left, sq[0].left);
-        EXPECT_EQ(c.first.top, sq[0].top);
-        EXPECT_EQ(c.first.right, sq[0].right);
-        EXPECT_EQ(c.first.bottom, sq[0].bottom);
-        EXPECT_EQ(c.first.colour, sq[0].colour) << c.channel;
-        if (c.n == 4) {
-            EXPECT_EQ(104, sq[3].right - 1);  // ch4 down right ends at x + d - 1
-        }
+        // With All, ch4 lies down right and ends at x + d - 1.
+        EXPECT_EQ((std::vector<int32_t>{c.first.left, c.first.top, c.first.right, c.first.bottom,
+                                        (int32_t)c.first.colour, c.n == 4 ? 105 : sq[c.n - 1].right}),
+                  (std::vector<int32_t>{sq[0].left, sq[0].top, sq[0].right, sq[0].bottom, (int32_t)sq[0].colour,
+                                        sq[c.n - 1].right}))
+            << c.channel;
     }
 
     // Pixels: a dot on the last column keeps only its left part, a record one
@@ -305,13 +303,9 @@ TEST_F(PlotViewTest, DotsSquaresAndClampsAsDrawn) {
     AddAt(51, 91, 50);
     plotChannel = 0;
     EXPECT_EQ(3, Paint());
-    EXPECT_EQ(Blue, At(196, 60));
-    EXPECT_EQ(Blue, At(198, 60));
-    EXPECT_EQ(White, At(197, 100));
-    EXPECT_EQ(Green, At(48, 91));
-    EXPECT_EQ(Red, At(49, 91));
-    EXPECT_EQ(Red, At(53, 91));
-    EXPECT_EQ(White, At(54, 91));
+    EXPECT_EQ((std::vector<uint32_t>{Blue, Blue, White, Green, Red, Red, White}),
+              (std::vector<uint32_t>{At(196, 60), At(198, 60), At(197, 100), At(48, 91), At(49, 91), At(53, 91),
+                                     At(54, 91)}));
 
     // Suspended: white only.
     statusFlags |= STATUS_PLOT_SUSPENDED;
@@ -326,9 +320,9 @@ TEST_F(PlotViewTest, MarkerLiesUnderTheDotsAndCrossHairHugsTheBorder) {
     liveState.liveLatitude = 0;
     AddAt(100, 91, 0);
     Paint();
-    EXPECT_EQ(Black, At(100, 91));       // the record's dot, band None
-    EXPECT_EQ(0x800080u, At(95, 86));    // the marker, 2 x dotSize wide
-    EXPECT_EQ(White, At(105, 96));
+    // The record's dot (band None) over the marker, 2 x dotSize wide.
+    EXPECT_EQ((std::vector<uint32_t>{Black, 0x800080u, White}),
+              (std::vector<uint32_t>{At(100, 91), At(95, 86), At(105, 96)}));
 
     AddAt(500, -400, 0);  // far out of view, up and right
     DrawList list;
@@ -340,9 +334,8 @@ TEST_F(PlotViewTest, MarkerLiesUnderTheDotsAndCrossHairHugsTheBorder) {
         PlotPaintCrossHair(&list);
         ASSERT_EQ(c.lines, list.count) << c.record;
         if (c.lines == 0) continue;
-        EXPECT_EQ(c.x, list.ops[0].rect.left);
-        EXPECT_EQ(c.y, list.ops[1].rect.top);
-        EXPECT_EQ(PEN_DOTTED, list.ops[0].pen);
+        EXPECT_EQ((std::vector<int32_t>{c.x, c.y, PEN_DOTTED}),
+                  (std::vector<int32_t>{list.ops[0].rect.left, list.ops[1].rect.top, list.ops[0].pen}));
     }
 }
 
@@ -362,15 +355,13 @@ TEST_F(PlotViewTest, SuspendsOnlyWhenRecordingAndTooSlow) {
 
 DrawList list;  // large: kept out of the stack
 
-class ChartTest : public ::testing::Test {
-protected:
+struct ChartTest : ::testing::Test {
     void SetUp() override {
         ResetFakeWorld();
         saved = ScreenFormat;
         chartChannel = 0;
         chartLocationRecord = -1;
         chartReadout[0] = '\0';
-        chartHitScale = chartReadingScale = 0.0f;
         chartFontHeight = 16;
         ChartLayout(600, 400, 40, 16);
     }
