@@ -1,13 +1,10 @@
-// Times the repaints of the three data views on a full store, with GDI on
-// memory surfaces (run under Wine by the test command), and prints one line
-// for each:
-//   - the Plot in mode All with dots of 3: the pixels written into a DIB
-//     section and shown with one BitBlt, against one brush made and deleted
-//     per square with FillRect, and whether both give the same pixels (the
-//     program ends with 1 when they do not);
-//   - the Listing: a full paint of a maximised window, and the paint after a
-//     one-row scroll, which the update region limits to the new row;
-//   - the Chart: counting and drawing.
+// Times the repaints of the three data views on a full store with GDI (run
+// under Wine by the test command), one line each: the Plot in mode All with
+// dots of 3, its pixels written into a DIB section and shown with one
+// BitBlt, against a brush made and deleted per square, and whether both give
+// the same pixels (the program ends with 1 when they do not); the Listing,
+// a maximised window painted whole and after a one-row scroll, which the
+// update region limits to the new row; the Chart, counting and drawing.
 #include <windows.h>
 #include <stdio.h>
 

@@ -120,11 +120,11 @@ def check_plot(dat, met, ppm, mode, probe):
         cx = x * met["horzres"] / (met["horzsize"] * 10.0) * 127 / met["logpixelsx"]
         cy = (height - y) * met["vertres"] / (met["vertsize"] * 10.0) * 127 / met["logpixelsy"]
         want = BAND_RGB[band(ch[0])]
-        allowed.update((xx, yy) for xx in range(int(cx) - 5, int(cx) + 7) for yy in range(int(cy) - 5, int(cy) + 7))
+        box = [(xx, yy) for xx in range(int(cx) - 5, int(cx) + 7) for yy in range(int(cy) - 5, int(cy) + 7)]
+        allowed.update(box)
         if not (6 <= cx < w - 6 and 6 <= cy < h - 6):
             continue  # the truncated scale can put the outer dots off the paper
-        inked = [(xx, yy, at(xx, yy)) for xx in range(int(cx) - 5, int(cx) + 7) for yy in range(int(cy) - 5, int(cy) + 7)
-                 if at(xx, yy) != (255, 255, 255)]
+        inked = [(xx, yy, at(xx, yy)) for xx, yy in box if at(xx, yy) != (255, 255, 255)]
         mx = sum(p[0] for p in inked) / max(len(inked), 1) + 0.5  # pixel centres
         my = sum(p[1] for p in inked) / max(len(inked), 1) + 0.5
         colours = {p[2] for p in inked}
