@@ -9,6 +9,7 @@ from collections import namedtuple
 Record = namedtuple("Record", "flags acc ch lat lon time")
 Survey = namedtuple("Survey", "start seconds metres distance input_channel names labels records tags problems")
 RECORD = struct.Struct("<BB4BiiI")
+TAG = struct.Struct("<i51s")
 FLAG_GPS_FIX, FLAG_HAS_CHANNEL, FLAG_LIVE, FLAG_GPS_DIFF = 0x04, 0x08, 0x10, 0x20
 TRAILER = b"[End]\0"
 STORE_RECORDS = 16000
@@ -73,17 +74,11 @@ def read(path):
     field = lambda at, size: data[at:at + size].split(b"\0", 1)[0].decode("latin-1")
     start, seconds, metres, distance, input_channel = struct.unpack_from("<IiiBH", data, 26)
     count = struct.unpack_from("<i", data, 1209)[0]
-    rows = []
-    for k in range(max(count, 0)):
-        r = RECORD.unpack_from(data, 1213 + RECORD.size * k)
-        rows.append(Record(r[0], r[1], r[2:6], *r[6:]))
-    at = 1213 + RECORD.size * len(rows)
-    marks = []
-    for k in range(max(struct.unpack_from("<i", data, at)[0], 0)):
-        index, label = struct.unpack_from("<i51s", data, at + 4 + 55 * k)
-        marks.append((index, label.split(b"\0")[0].decode("latin-1")))
+    at = 1213 + RECORD.size * max(count, 0)
+    rows = [Record(r[0], r[1], r[2:6], *r[6:]) for r in RECORD.iter_unpack(data[1213:at])]
+    end = at + 4 + TAG.size * max(struct.unpack_from("<i", data, at)[0], 0)
+    marks = [(index, label.split(b"\0")[0].decode("latin-1")) for index, label in TAG.iter_unpack(data[at + 4:end])]
     problems = []
-    end = at + 4 + 55 * len(marks)
     if data[end:end + 6] != TRAILER:
         problems.append(f"trailer is {data[end:end + 6]!r}")
     if len(data) != end + 6:
