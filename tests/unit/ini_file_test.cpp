@@ -43,12 +43,12 @@ void Put(const std::string& path, const std::string& bytes) {
     ASSERT_EQ(1, WriteFileBytes(path, bytes));
 }
 
+// The text read; the count returned must be its length.
 std::string Text(const char* section, const char* key, const char* def, int size,
-                 const std::string& path, int* returned = nullptr) {
+                 const std::string& path) {
     char buffer[256];
     memset(buffer, '*', sizeof buffer);
     int n = IniGetString(section, key, def, buffer, size, path.c_str());
-    if (returned) *returned = n;
     EXPECT_EQ(n, static_cast<int>(strlen(buffer)));
     return buffer;
 }
@@ -85,17 +85,15 @@ TEST(IniFile, TextReadsWithNamesTrimmedQuotesDroppedAndCut) {
     ScratchFiles files;
     std::string path = files.Path("text.ini");
     Put(path, Bytes("; comment\r\n[Main Window]\r\n  Font Name  =  Courier New  \r\n"
-                    "Key=first\r\nKEY=second\r\nQ=\"quoted\"\r\nOne='\r\nEmpty=\r\nBare\r\n"
+                    "Key=first\r\nKEY=second\r\nQ=\"quoted\"\r\nOne='\r\nTwo=''\r\nEmpty=\r\nBare\r\n"
                     "Nul=a\0b\r\n[Broken\r\nInBroken=2\r\n[main window]\r\nOther=1\r\n"
                     "[Lf]\nA=lf\rB=cr"));
-    int n = 0;
-    EXPECT_EQ(Text(" main window ", "font name", "d", 64, path, &n), "Courier New");
-    EXPECT_EQ(n, 11);
+    EXPECT_EQ(Text(" main window ", "font name", "d", 64, path), "Courier New");
     EXPECT_EQ(Text("Main window", "key", "d", 64, path), "first");
     EXPECT_EQ(Text("Main window", "Q", "d", 64, path), "quoted");
     EXPECT_EQ(Text("Main window", "One", "d", 64, path), "'");
-    EXPECT_EQ(Text("Main window", "Empty", "d", 64, path, &n), "");
-    EXPECT_EQ(n, 0);
+    EXPECT_EQ(Text("Main window", "Two", "d", 64, path), "");
+    EXPECT_EQ(Text("Main window", "Empty", "d", 64, path), "");
     EXPECT_EQ(Text("Main window", "Bare", "d", 64, path), "d");
     EXPECT_EQ(Text("Main window", "Nul", "d", 64, path), "a");
     EXPECT_EQ(Text("Main window", "Other", "d", 64, path), "d");  // second section of the name
@@ -104,8 +102,7 @@ TEST(IniFile, TextReadsWithNamesTrimmedQuotesDroppedAndCut) {
     EXPECT_EQ(Text("Lf", "B", "d", 64, path), "cr");
     // Cut to size-1; a cut quoted value keeps the opening quote only when
     // the closing one does not fit either.
-    EXPECT_EQ(Text("Main window", "Font name", "d", 5, path, &n), "Cour");
-    EXPECT_EQ(n, 4);
+    EXPECT_EQ(Text("Main window", "Font name", "d", 5, path), "Cour");
     EXPECT_EQ(Text("Main window", "Q", "d", 8, path), "quoted");
     EXPECT_EQ(Text("Main window", "Q", "d", 7, path), "quote");
     EXPECT_EQ(Text("Main window", "Q", "d", 1, path), "");
@@ -180,9 +177,10 @@ const TextSetting* const kTextSettings[] = {
     &KeyAr3000aMode[2],     &KeyAr3000aMode[3],
 };
 
-// Every key of the settings tables reads its default from a missing file, and
-// keeps its own value once all are written.
-TEST(SettingsFile, EveryKeyReadsItsDefaultAndKeepsItsOwnValue) {
+// A missing file gives every key of the tables its default. A settings file
+// as operators and earlier runs have it: every key is found under its name,
+// and a text is cut to its length.
+TEST(SettingsFile, EveryKeyReadsItsDefaultAndIsFoundUnderItsName) {
     ResetFakeWorld();
     char text[300];
     for (const IntSetting* s : kIntSettings) EXPECT_EQ(ReadSetting(*s), s->defaultValue) << s->key;
@@ -192,71 +190,42 @@ TEST(SettingsFile, EveryKeyReadsItsDefaultAndKeepsItsOwnValue) {
     }
     EXPECT_EQ(ReadSettingWithDefault(KeyTzrEnable, TzrEnableDefaultAtPortOpen), 1);
     EXPECT_EQ(ReadWindowPlace("Listing", "Origin X"), SettingNotStored);
+    EXPECT_EQ(WriteSettingInt(KeyListingDecimalPlaces, -1), 1);
+    EXPECT_EQ(ReadSetting(KeyListingDecimalPlaces), -1);
 
-    // Distinct values everywhere: two settings sharing a key would show here.
-    int n = 0;
-    for (const IntSetting* s : kIntSettings) EXPECT_EQ(WriteSettingInt(*s, 100 + n++), 1);
-    for (const TextSetting* s : kTextSettings) {
-        snprintf(text, sizeof text, "%d", 100 + n++);
-        EXPECT_EQ(WriteSetting(*s, text), 1);
-    }
-    EXPECT_EQ(WriteSetting(KeyListingDecimalPlaces, "-1"), 1);
-    n = 0;
+    Put(settingsPath,
+        "[Main window]\nOrigin X=17\nOrigin Y=17\nWidth=17\nHeight=17\nMaximised=17\n"
+        "Show listing=17\nShow plot=17\nShow chart=17\nShow tags=17\n"
+        "[Listing]\nLat/Long=17\nSign=17\nDecimal places=17\nFontName=17\nFontSize=17\n"
+        "[Listing File]\nLat/Long=17\nSign=17\nDecimal places=17\nSeparator=17\n"
+        "[Print Listing]\nLat/Long=17\nSign=17\nDecimal places=17\nDate=17\nFiles=17\nStats=17\n"
+        "[Plot]\nChannel=17\nPower break 1=17\nPower break 2=17\nPower break 3=17\n"
+        "Dot size=17\nFontName=17\nFontSize=17\n"
+        "[Plot scale]\nTL Lat=17\nTL Long=17\nBR Lat=17\nBR Long=17\nTL X=17\nTL Y=17\n"
+        "BR X=17\nBR Y=17\nConfirm=17\nAspect 1:1=17\nDot size=17\n"
+        "[Chart]\nChannel=17\nFontName=17\nFontSize=17\n"
+        "[Text Tags]\nOrigin X=17\nOrigin Y=17\n"
+        "[General]\nRecord Interval Seconds=17\nRecord Interval Meters=17\n"
+        "Record Interval in Meters=17\nAutosave Enable=17\nAutosave Interval=17\nAveraging=17\n"
+        "Show Path=17\nLoad stored data=17\nCheck stored data=17\nPlot Current Position=17\n"
+        "Max plot time=17\nEarth Radius (km)=17\n"
+        "[Calibration]\nCh1 filename=17\nCh2 filename=17\nCh3 filename=17\nCh4 filename=17\n"
+        "[Port]\nPC Port=17\n"
+        "[GPS Set]\nUTC Offset=17\nLat N/S=17\nLat Deg=17\nLat Min=17\nLat Sec=17\n"
+        "Long E/W=17\nLong Deg=17\nLong Min=17\nLong Sec=17\n"
+        "[GPS Diff]\nEnable GPS Diff mode=17\nBaud Rate=17\n"
+        "[AR3000A]\nEnable AR3000A mode=17\nBaud Rate=17\nCh1 Freq=17\nCh2 Freq=17\n"
+        "Ch3 Freq=17\nCh4 Freq=17\nCh1 Mode=17\nCh2 Mode=17\nCh3 Mode=17\nCh4 Mode=17\n"
+        "Ch1 Att on=17\nCh2 Att on=17\nCh3 Att on=17\nCh4 Att on=17\n"
+        "[TZR4100]\nEnable TZR4100 mode=17\nInital channel=17\nNumber of channels=17\n"
+        "Incriment channel=17\nInput channel=17\n"
+        "[Setup]\nStatus=17\n");
     for (const IntSetting* s : kIntSettings) {
-        int expected = s == &KeyListingDecimalPlaces ? -1 : 100 + n;
-        EXPECT_EQ(ReadSetting(*s), expected) << s->section << "/" << s->key;
-        n++;
+        EXPECT_EQ(ReadSetting(*s), 17) << s->section << "/" << s->key;
     }
     for (const TextSetting* s : kTextSettings) {
         ReadSetting(*s, text, sizeof text);
-        EXPECT_EQ(atoi(text), s->maxLength == 1 ? 1 : 100 + n) << s->section << "/" << s->key;
-        n++;
-    }
-    remove(settingsPath);
-}
-
-// A settings file as operators and earlier runs have it: every table entry
-// must find its key.
-TEST(SettingsFile, EveryKeyIsFoundUnderItsNameInTheFile) {
-    ResetFakeWorld();
-    FILE* f = fopen(settingsPath, "wb");
-    ASSERT_NE(f, nullptr);
-    fputs(
-        "[Main window]\nOrigin X=7\nOrigin Y=7\nWidth=7\nHeight=7\nMaximised=7\n"
-        "Show listing=7\nShow plot=7\nShow chart=7\nShow tags=7\n"
-        "[Listing]\nLat/Long=7\nSign=7\nDecimal places=7\nFontName=7\nFontSize=7\n"
-        "[Listing File]\nLat/Long=7\nSign=7\nDecimal places=7\nSeparator=7\n"
-        "[Print Listing]\nLat/Long=7\nSign=7\nDecimal places=7\nDate=7\nFiles=7\nStats=7\n"
-        "[Plot]\nChannel=7\nPower break 1=7\nPower break 2=7\nPower break 3=7\n"
-        "Dot size=7\nFontName=7\nFontSize=7\n"
-        "[Plot scale]\nTL Lat=7\nTL Long=7\nBR Lat=7\nBR Long=7\nTL X=7\nTL Y=7\n"
-        "BR X=7\nBR Y=7\nConfirm=7\nAspect 1:1=7\nDot size=7\n"
-        "[Chart]\nChannel=7\nFontName=7\nFontSize=7\n"
-        "[Text Tags]\nOrigin X=7\nOrigin Y=7\n"
-        "[General]\nRecord Interval Seconds=7\nRecord Interval Meters=7\n"
-        "Record Interval in Meters=7\nAutosave Enable=7\nAutosave Interval=7\nAveraging=7\n"
-        "Show Path=7\nLoad stored data=7\nCheck stored data=7\nPlot Current Position=7\n"
-        "Max plot time=7\nEarth Radius (km)=7\n"
-        "[Calibration]\nCh1 filename=7\nCh2 filename=7\nCh3 filename=7\nCh4 filename=7\n"
-        "[Port]\nPC Port=7\n"
-        "[GPS Set]\nUTC Offset=7\nLat N/S=7\nLat Deg=7\nLat Min=7\nLat Sec=7\n"
-        "Long E/W=7\nLong Deg=7\nLong Min=7\nLong Sec=7\n"
-        "[GPS Diff]\nEnable GPS Diff mode=7\nBaud Rate=7\n"
-        "[AR3000A]\nEnable AR3000A mode=7\nBaud Rate=7\nCh1 Freq=7\nCh2 Freq=7\n"
-        "Ch3 Freq=7\nCh4 Freq=7\nCh1 Mode=7\nCh2 Mode=7\nCh3 Mode=7\nCh4 Mode=7\n"
-        "Ch1 Att on=7\nCh2 Att on=7\nCh3 Att on=7\nCh4 Att on=7\n"
-        "[TZR4100]\nEnable TZR4100 mode=7\nInital channel=7\nNumber of channels=7\n"
-        "Incriment channel=7\nInput channel=7\n"
-        "[Setup]\nStatus=7\n",
-        f);
-    fclose(f);
-    char text[300];
-    for (const IntSetting* s : kIntSettings) {
-        EXPECT_EQ(ReadSetting(*s), 7) << s->section << "/" << s->key;
-    }
-    for (const TextSetting* s : kTextSettings) {
-        ReadSetting(*s, text, sizeof text);
-        EXPECT_STREQ(text, "7") << s->section << "/" << s->key;
+        EXPECT_STREQ(text, s->maxLength == 1 ? "1" : "17") << s->section << "/" << s->key;
     }
     remove(settingsPath);
 }

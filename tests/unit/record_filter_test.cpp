@@ -4,6 +4,9 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <string>
+#include <vector>
+
 #include "base/busy.h"
 #include "fake_platform.h"
 #include "survey/cal_lookup.h"
@@ -49,14 +52,13 @@ protected:
 TEST_F(RecordFilter, DialogOkAndPositionTests) {
     Fill(10);  // latitudes -5..4
     Tag(2, "kept");
+    Tag(7, "goes with its row");
     FilterFields f = DefaultFilterFields();
     strcpy(f.latitudeText, "-3");  // not read while its box is clear
     EXPECT_EQ(0, FilterDialogOk(f));
-    ASSERT_EQ(1u, fake.messageBoxes.size());
-    EXPECT_EQ("Nothing to do", fake.messageBoxes[0]);
+    EXPECT_EQ(std::vector<std::string>{"Nothing to do"}, fake.messageBoxes);
     EXPECT_EQ(ICON_STOP, fake.messageIcons[0]);
     EXPECT_EQ(10, recordCount);
-    EXPECT_EQ(1, tagCount);
 
     f.latitudeOn = 1;
     strcpy(f.latitudeText, "100");  // nothing to remove still counts as done
@@ -66,11 +68,22 @@ TEST_F(RecordFilter, DialogOkAndPositionTests) {
     EXPECT_EQ(1, FilterDialogOk(f));
     EXPECT_EQ(6, recordCount);
     EXPECT_EQ(0, recordStore.rows[5].latitude);
+    ASSERT_EQ(1, tagCount);
+    EXPECT_EQ(2, tagRecord[0]);
     EXPECT_EQ(1u, fake.messageBoxes.size());
     EXPECT_EQ(0, BusyCount());
+    // Removing every row leaves no tags and no message.
+    strcpy(f.latitudeText, "-100");
+    EXPECT_EQ(1, FilterDialogOk(f));
+    EXPECT_EQ(0, recordCount);
+    EXPECT_EQ(0, tagCount);
+    EXPECT_EQ(1u, fake.messageBoxes.size());
 
-    // "less than" on both axes, signed: rows 2..6 stay, in order.
+    // "less than" on both axes, signed: rows 2..6 stay, in order, and the
+    // tags behind the removed rows move up.
     Fill(10);
+    Tag(0, "goes with its row");
+    Tag(4, "moves up");
     f = DefaultFilterFields();
     f.latitudeOn = f.longitudeOn = 1;
     f.latitudeSelection = f.longitudeSelection = 1;
@@ -80,6 +93,8 @@ TEST_F(RecordFilter, DialogOkAndPositionTests) {
     ASSERT_EQ(5, recordCount);
     EXPECT_EQ(-2, recordStore.rows[0].longitude);
     EXPECT_EQ(1006u, recordStore.rows[4].time);
+    ASSERT_EQ(1, tagCount);
+    EXPECT_EQ(2, tagRecord[0]);
 }
 
 TEST_F(RecordFilter, ReadingTests) {
@@ -108,18 +123,6 @@ TEST_F(RecordFilter, ReadingTests) {
     EXPECT_EQ(1, FilterDialogOk(f));
     ASSERT_EQ(3, recordCount);
     EXPECT_EQ(1002u, recordStore.rows[1].time);
-}
-
-TEST_F(RecordFilter, RemovingEveryRowLeavesNoTagsAndNoMessage) {
-    Fill(10);
-    Tag(7, "seven");
-    FilterCriteria c = {};  // removing every row leaves no tags and no message
-    c.latitudeTest = FILTER_TEST_GREATER;
-    c.latitudeLimit = -100;
-    EXPECT_EQ(1, ApplyFilterCriteria(c));
-    EXPECT_EQ(0, recordCount);
-    EXPECT_EQ(0, tagCount);
-    EXPECT_TRUE(fake.messageBoxes.empty());
 }
 
 TEST_F(RecordFilter, LimitTexts) {

@@ -98,6 +98,7 @@ TEST_F(RecordingEngine, TzrChannelStepping) {
     for (int i = 0; i < 5; i++) Tick(1);
     EXPECT_EQ((std::vector<std::string>{"MC 1", "MC 1", "MC 5"}), AccessoryFrames());
     fake.wire.clear();
+    recordIntervalSeconds = 2;  // the controller steps only below 2 seconds
     StopRecording();
     EXPECT_TRUE(AccessoryFrames().empty());
 

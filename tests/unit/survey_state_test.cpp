@@ -22,8 +22,8 @@ TEST_F(SurveyState, AveragingUsesTheHistoryAndEmptiesIt) {
     AddRecord(RECORD_KIND_LIVE);
     EXPECT_EQ(777, recordStore.rows[0].latitude);
 
-    const char* positions[] = {"RP -3 10", "RP 0 20"};
-    for (const char* p : positions) HandleControllerMessage(p);
+    HandleControllerMessage("RP -3 10");
+    HandleControllerMessage("RP 0 20");
     HandleControllerMessage("RA 10 20 30 40 0");
     AddRecord(RECORD_KIND_LIVE);
     EXPECT_EQ(-1, recordStore.rows[1].latitude);  // mean of -3 and 0 truncates toward 0
@@ -114,7 +114,6 @@ TEST_F(SurveyState, ClearRecords) {
     EXPECT_EQ(2, tagCount);
 
     statusFlags &= ~STATUS_RECORDING;
-    strcpy(dataFileName, "C:\\a.DAT");
     recordingParams.startTime = 5;
     fake.answers.push_back(1);
     fake.windowExists[WINDOW_TAGS] = true;
@@ -125,7 +124,6 @@ TEST_F(SurveyState, ClearRecords) {
     EXPECT_EQ(0, tagCount);
     EXPECT_EQ(0u, recordingParams.startTime);
     EXPECT_FALSE(statusFlags & STATUS_CHANGED);
-    EXPECT_STREQ("C:\\a.DAT", dataFileName);
     EXPECT_EQ("Data memory cleared", fake.statusLines.back());
     EXPECT_EQ(std::vector<int>{WINDOW_TAGS}, fake.notifications);
 
