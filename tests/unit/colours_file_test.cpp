@@ -33,6 +33,7 @@ TEST(ColoursFile, LinesSetTheirColourAndBadLinesChangeNothing) {
         "h 255 255 0\n"
         "H 300 0 0\n"  // out of range: the whole line is ignored
         "Z 1 2 3\n"    // not a colour
+        "l 9 8 7\n"
         "#L 1 2 3\n"
         "L -1 0 0\n"  // negative reads as a huge unsigned number
         "L 5 6\n"     // too few numbers
@@ -43,7 +44,8 @@ TEST(ColoursFile, LinesSetTheirColourAndBadLinesChangeNothing) {
         "N 4 5 6";  // the later line wins; no line end at the end
     EXPECT_EQ(ColoursAfterReading(lines), std::vector<uint32_t>({MakeColour(255, 255, 0),
                                                                  MakeColour(10, 20, 30),
-                                                                 defaults[2], MakeColour(4, 5, 6)}));
+                                                                 MakeColour(9, 8, 7),
+                                                                 MakeColour(4, 5, 6)}));
 
     // Lines are read in pieces of 127 characters: the tail of a long comment
     // becomes a line of its own; a colour line cut before its last number is lost.

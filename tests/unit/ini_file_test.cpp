@@ -103,6 +103,7 @@ TEST(IniFile, TextReadsWithNamesTrimmedQuotesDroppedAndCut) {
     // Cut to size-1; a cut quoted value keeps the opening quote only when
     // the closing one does not fit either.
     EXPECT_EQ(Text("Main window", "Font name", "d", 5, path), "Cour");
+    EXPECT_EQ(Text("Main window", "Key", "d", 7, path), "first");
     EXPECT_EQ(Text("Main window", "Q", "d", 8, path), "quoted");
     EXPECT_EQ(Text("Main window", "Q", "d", 7, path), "quote");
     EXPECT_EQ(Text("Main window", "Q", "d", 1, path), "");

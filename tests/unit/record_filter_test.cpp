@@ -95,6 +95,7 @@ TEST_F(RecordFilter, DialogOkAndPositionTests) {
     EXPECT_EQ(1006u, recordStore.rows[4].time);
     ASSERT_EQ(1, tagCount);
     EXPECT_EQ(2, tagRecord[0]);
+    EXPECT_STREQ("moves up", tagText[0]);
 }
 
 TEST_F(RecordFilter, ReadingTests) {

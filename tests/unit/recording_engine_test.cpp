@@ -44,6 +44,7 @@ TEST_F(RecordingEngine, DistanceMode) {
     EarthRadiusKm = 6371;
     liveState.liveLatitude = 123456789;
     StartRecording();
+    EXPECT_EQ(1, CountStatus("Recording started"));
     Tick(1);  // empty store: the first record at once
     EXPECT_EQ(1, recordCount);
     Tick(1);

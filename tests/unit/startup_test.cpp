@@ -67,6 +67,7 @@ TEST_F(Startup, StoredKeysAreTaken) {
     WriteSetting(KeyAveraging, "7");
     WriteSetting(KeyLoadStoredData, "0");
     WriteSetting(KeyTzrEnable, "1");
+    WriteSetting(KeyPlotPowerBreak1, "81.5");
     WriteSetting(KeyPlotPowerBreak2, "55.5");
     WriteSetting(KeyPlotDotSize, "7");
     WriteSetting(KeyTzrInputChannel, "4");
@@ -79,6 +80,7 @@ TEST_F(Startup, StoredKeysAreTaken) {
         std::vector<int>({ScreenFormat.latLongMode, chartChannel, plotChannel,
                           recordIntervalSeconds, recordingParams.intervalSeconds, tzrChannelCount,
                           dotSize, currentInputChannel, recordingParams.inputChannel}));
+    EXPECT_FLOAT_EQ(81.5f, powerBreak[0]);
     EXPECT_FLOAT_EQ(55.5f, powerBreak[1]);
     // Any value but 0 sets a flag.
     EXPECT_EQ(STATUS_DISTANCE_INTERVAL | STATUS_AVERAGING | STATUS_TZR_MODE,

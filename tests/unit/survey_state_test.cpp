@@ -37,6 +37,7 @@ TEST_F(SurveyState, AveragingUsesTheHistoryAndEmptiesIt) {
     AddRecord(RECORD_KIND_LIVE);
     EXPECT_EQ(100, recordStore.rows[2].latitude);
     for (const char* p : {"RP 1 0", "RP 2 0", "RP 3 0", "RP 7 0"}) HandleControllerMessage(p);
+    HandleControllerMessage("RA 9 9 9 9 0");  // four readings: the newest three count
     HandleControllerMessage("RA 1 255 0 0 0");
     HandleControllerMessage("RA 2 255 0 0 0");
     HandleControllerMessage("RA 4 254 0 0 0");
