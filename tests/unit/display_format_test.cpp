@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "fake_platform.h"
-#include "storage/settings_file.h"
 #include "survey/cal_lookup.h"
 
 namespace {
@@ -243,27 +242,6 @@ TEST_F(DisplayFormatTest, DisplayFileNameFollowsFullPathFlag) {
     EXPECT_STREQ("a/b.dat", DisplayFileName("a/b.dat"));  // only '\\' separates
     statusFlags |= STATUS_FULL_PATH;
     EXPECT_EQ(path, DisplayFileName(path));
-}
-
-// The screen's, the printed listing's and the listing file's formats, in that order.
-std::vector<int> FormatsRead() {
-    LoadScreenFormat();
-    std::vector<int> modes;
-    for (const DisplayFormat& f : {ScreenFormat, ReadPrintListingFormat(), ReadListingFileFormat()}) {
-        modes.push_back(f.latLongMode);
-        modes.push_back(f.signMode);
-        modes.push_back(f.readingMode);
-    }
-    return modes;
-}
-
-TEST_F(DisplayFormatTest, FormatsReadFromTheirOwnSections) {
-    // Defaults: the screen in Deg Min, both reports in Deg.
-    EXPECT_EQ(std::vector<int>({2, 1, 1, 1, 1, 1, 1, 1, 1}), FormatsRead());
-    WriteSetting(KeyListingDecimalPlaces, "-1");
-    WriteSetting(KeyPrintListingLatLong, "3");
-    WriteSetting(KeyListingFileSign, "2");
-    EXPECT_EQ(std::vector<int>({2, 1, -1, 3, 1, 1, 1, 2, 1}), FormatsRead());
 }
 
 }  // namespace
