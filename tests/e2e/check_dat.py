@@ -163,11 +163,10 @@ def main():
         return
     parser = argparse.ArgumentParser()
     parser.add_argument("dat")
-    parser.add_argument("--log", required=True)
-    parser.add_argument("--sent", required=True)
-    parser.add_argument("--interval", type=int, required=True)
-    parser.add_argument("--since", type=int, required=True, help="seconds since 1970 before the start")
-    parser.add_argument("--until", type=int, required=True, help="seconds since 1970 after the save")
+    for name in ("--log", "--sent"):
+        parser.add_argument(name, required=True)
+    for name in ("--interval", "--since", "--until"):  # seconds; since and until from 1970, around the run
+        parser.add_argument(name, type=int, required=True)
     parser.add_argument("--min-records", type=int, default=1)
     parser.add_argument("--expect-stale", action="store_true")
     parser.add_argument("--span", action="append",

@@ -214,28 +214,19 @@ def arguments(argv):
 
 
 def main(argv):
-    cmd = argv[1]
     pos, opt = arguments(argv)
-    if cmd == "make":
-        make(pos[0], int(pos[1]) if len(pos) > 1 else 300)
-    elif cmd == "plot":
-        cross = int(opt["--cross"]) if "--cross" in opt else None
-        check_plot(pos[0], pos[1], pos[2], int(opt["--channel"]), opt.get("--zoom", ""), cross)
-    elif cmd == "listing":
-        check_listing(pos[0], pos[1], pos[2])
-    elif cmd == "listing-row":
-        listing_row(pos[0], pos[1], int(pos[2]), pos[3])
-    elif cmd == "deleted":
-        check_deleted(pos[0], pos[1], int(pos[2]))
-    elif cmd == "suspended":
-        check_suspended(pos[0], pos[1], int(pos[2]))
-    elif cmd == "tags":
-        print("".join("%d:%s\n" % t for t in read(pos[0]).tags), end="")
-    elif cmd == "chart":
-        mark = int(opt["--mark"]) if "--mark" in opt else None
-        check_chart(pos[0], pos[1], pos[2], int(opt["--channel"]), mark)
-    else:
-        sys.exit(__doc__)
+    number = lambda name: int(opt[name]) if name in opt else None  # noqa: E731
+    commands = {
+        "make": lambda: make(pos[0], int(pos[1]) if len(pos) > 1 else 300),
+        "plot": lambda: check_plot(*pos[:3], int(opt["--channel"]), opt.get("--zoom", ""), number("--cross")),
+        "listing": lambda: check_listing(*pos[:3]),
+        "listing-row": lambda: listing_row(pos[0], pos[1], int(pos[2]), pos[3]),
+        "deleted": lambda: check_deleted(pos[0], pos[1], int(pos[2])),
+        "suspended": lambda: check_suspended(pos[0], pos[1], int(pos[2])),
+        "tags": lambda: print("".join("%d:%s\n" % t for t in read(pos[0]).tags), end=""),
+        "chart": lambda: check_chart(*pos[:3], int(opt["--channel"]), number("--mark")),
+    }
+    commands.get(argv[1], lambda: sys.exit(__doc__))()
 
 
 if __name__ == "__main__":
