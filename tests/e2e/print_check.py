@@ -36,10 +36,6 @@ def record_line(r, fmt):
     return " ".join(words)
 
 
-def date_text(t):
-    return datetime.datetime.utcfromtimestamp(t).strftime("%a %b %d %H:%M:%S %Y")
-
-
 def check_listing(dat, met, pages, fmt, header):
     survey = read(dat)
     rows = survey.records
@@ -47,7 +43,8 @@ def check_listing(dat, met, pages, fmt, header):
     want = [["VELDOR Listing"]]
     first = 5
     if header:
-        want[0] += ["Recording started: " + date_text(survey.start), "Printed: *",
+        started = datetime.datetime.utcfromtimestamp(survey.start).strftime("%a %b %d %H:%M:%S %Y")
+        want[0] += ["Recording started: " + started, "Printed: *",
                     "Data filename: " + dat.rsplit("/", 1)[-1]]
         want[0] += ["Ch%d cal. filename: %s" % (c + 1, survey.names[c]) for c in range(4)]
         want[0] += ["Records taken: %d" % len(rows)]

@@ -88,20 +88,16 @@ def run(*args):
     return subprocess.run([EXE, *args], capture_output=True, text=True)
 
 
-def exported(path, *extra):
-    """The exporter's tiles-csv rows by tile and its reliability statement's two figures."""
+def compare_numbers(name, path, *others, linear=False):
+    """The exporter's tiles-csv and reliability statement against the judge's; linear: values
+    averaged as they stand and tiles judged by their p10."""
+    tiles, under, rel, bound = judge([path, *others], linear)
     out = path + ".tiles.csv"
+    extra = [a for o in others for a in ("--compare", o)] + (["--linear", "--statistic", "p10"] if linear else [])
     r = run(path, "--format", "tiles-csv", "-o", out, *ARGS, *extra)
     rows = {(int(t["tile_x"]), int(t["tile_y"])): t for t in csv.DictReader(open(out, newline=""))}
     said = re.search(r"Area reliability ([\d.]+) % \(lower 90 % bound ([\d.]+) %\)", r.stdout)
-    return rows, said and (float(said[1]), float(said[2])), r
-
-
-def compare_numbers(name, path, *others, linear=False):
-    """linear: values averaged as they stand and tiles judged by their p10."""
-    tiles, under, rel, bound = judge([path, *others], linear)
-    rows, said, r = exported(path, *[a for o in others for a in ("--compare", o)],
-                             *(["--linear", "--statistic", "p10"] if linear else []))
+    said = said and (float(said[1]), float(said[2]))
     fact(r.returncode == 0 and set(rows) == set(tiles), f"{name}: {len(rows)} tiles, expected {len(tiles)}")
     bad = [k for k, t in tiles.items() if k in rows and not (
         (int(rows[k]["windows"]), int(rows[k]["samples"]), int(rows[k]["undersampled"]), rows[k]["pass"] == "1")
