@@ -111,28 +111,39 @@ TEST(IniFile, TextReadsWithNamesTrimmedQuotesDroppedAndCut) {
                     "Key=first\r\nKEY=second\r\nQ=\"quoted\"\r\nOne='\r\nTwo=''\r\nEmpty=\r\nBare\r\n"
                     "Nul=a\0b\r\n[Broken\r\nInBroken=2\r\n[main window]\r\nOther=1\r\n"
                     "[Lf]\nA=lf\rB=cr"));
-    EXPECT_EQ(Text(" main window ", "font name", "d", 64, path), "Courier New");
-    EXPECT_EQ(Text("Main window", "key", "d", 64, path), "first");
-    EXPECT_EQ(Text("Main window", "Q", "d", 64, path), "quoted");
-    EXPECT_EQ(Text("Main window", "One", "d", 64, path), "'");
-    EXPECT_EQ(Text("Main window", "Two", "d", 64, path), "");
-    EXPECT_EQ(Text("Main window", "Empty", "d", 64, path), "");
-    EXPECT_EQ(Text("Main window", "Bare", "d", 64, path), "d");
-    EXPECT_EQ(Text("Main window", "Nul", "d", 64, path), "a");
-    EXPECT_EQ(Text("Main window", "Other", "d", 64, path), "d");  // second section of the name
-    EXPECT_EQ(Text("Main window", "InBroken", "d", 64, path), "2");
-    EXPECT_EQ(Text("Lf", "A", "d", 64, path), "lf");
-    EXPECT_EQ(Text("Lf", "B", "d", 64, path), "cr");
-    // Cut to size-1; a cut quoted value keeps the opening quote only when
-    // the closing one does not fit either.
-    EXPECT_EQ(Text("Main window", "Font name", "d", 5, path), "Cour");
-    EXPECT_EQ(Text("Main window", "Key", "d", 7, path), "first");
-    EXPECT_EQ(Text("Main window", "Q", "d", 8, path), "quoted");
-    EXPECT_EQ(Text("Main window", "Q", "d", 7, path), "quote");
-    EXPECT_EQ(Text("Main window", "Q", "d", 1, path), "");
-    // Defaults lose trailing spaces and quotes.
-    EXPECT_EQ(Text("Main window", "Nope", "def  ", 64, path), "def");
-    EXPECT_EQ(Text("Nope", "Key", "'COM1'", 64, path), "COM1");
+    const struct {
+        const char* section;
+        const char* key;
+        const char* def;
+        int size;
+        const char* expected;
+    } reads[] = {
+        {" main window ", "font name", "d", 64, "Courier New"},
+        {"Main window", "key", "d", 64, "first"},
+        {"Main window", "Q", "d", 64, "quoted"},
+        {"Main window", "One", "d", 64, "'"},
+        {"Main window", "Two", "d", 64, ""},
+        {"Main window", "Empty", "d", 64, ""},
+        {"Main window", "Bare", "d", 64, "d"},
+        {"Main window", "Nul", "d", 64, "a"},
+        {"Main window", "Other", "d", 64, "d"},  // second section of the name
+        {"Main window", "InBroken", "d", 64, "2"},
+        {"Lf", "A", "d", 64, "lf"},
+        {"Lf", "B", "d", 64, "cr"},
+        // Cut to size-1; a cut quoted value keeps the opening quote only when
+        // the closing one does not fit either.
+        {"Main window", "Font name", "d", 5, "Cour"},
+        {"Main window", "Key", "d", 7, "first"},
+        {"Main window", "Q", "d", 8, "quoted"},
+        {"Main window", "Q", "d", 7, "quote"},
+        {"Main window", "Q", "d", 1, ""},
+        // Defaults lose trailing spaces and quotes.
+        {"Main window", "Nope", "def  ", 64, "def"},
+        {"Nope", "Key", "'COM1'", 64, "COM1"},
+    };
+    for (const auto& r : reads) {
+        EXPECT_EQ(Text(r.section, r.key, r.def, r.size, path), r.expected) << r.key << " " << r.size;
+    }
     EXPECT_EQ(Text("Main window", "Key", "d", 64, files.Path("absent.ini")), "d");
     char untouched[2] = {'*', '*'};
     EXPECT_EQ(IniGetString("Main window", "Key", "d", untouched, 0, path.c_str()), 0);
