@@ -600,9 +600,12 @@ TEST_F(RecordingEngine, AutosaveCountsRecordingTicksOnly) {
     EXPECT_EQ(std::vector<int>{IDM_FILE_SAVE}, fake.frameCommands);
     for (int i = 0; i < 299; i++) Tick(1);
     EXPECT_EQ(1u, fake.frameCommands.size());
-    // Stop saves at once; idle ticks do not count.
+    // Stop saves at once and lets a suspended Plot draw again; idle ticks do
+    // not count.
+    statusFlags |= STATUS_PLOT_SUSPENDED;
     StopRecording();
     EXPECT_EQ(2u, fake.frameCommands.size());
+    EXPECT_FALSE(statusFlags & STATUS_PLOT_SUSPENDED);
     for (int i = 0; i < 50; i++) Tick(1);
     EXPECT_EQ(2u, fake.frameCommands.size());
     statusFlags |= STATUS_RECORDING;
