@@ -1,17 +1,15 @@
 # shellcheck shell=bash
-# Shared by the end-to-end scenarios: sourced by each scenario_*.sh after
-# it has set E2E_SCENARIO. The scenario then drives veldor.exe under Wine,
-# on a virtual display, with the controller simulator linked as COM1.
-#
-# Arguments of every scenario: [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR], the
-# Windows build being the i686 one (build/win32) unless another is named.
-# Artefacts (screenshots, the simulator's log, the status lines seen, the
-# settings file, files written) stay in <Windows build>/e2e/<scenario>/.
-#
-# Run by run_e2e.sh, the scenarios share its virtual display; run alone, a
-# scenario starts its own. Each scenario starts and ends its own wineserver
-# session, so no program outlives it.
+# Sourced first by each scenario_NAME.sh (E2E_SCENARIO: NAME unless set),
+# which then drives veldor.exe under Wine, on a virtual display, with the
+# controller simulator linked as COM1. Arguments of every scenario:
+# [WINDOWS_BUILD_DIR] (build/win32 unless named) [NATIVE_BUILD_DIR].
+# Artefacts (screenshots, logs, the settings file, files written) stay in
+# <Windows build>/e2e/<scenario>/. Run by run_e2e.sh, the scenarios share
+# its virtual display; run alone, a scenario starts its own. Each starts and
+# ends its own wineserver session, so no program outlives it.
 
+set -euo pipefail
+E2E_SCENARIO="${E2E_SCENARIO:-$(basename "$0" .sh | sed 's/^scenario_//')}"
 E2E_ROOT_DIR="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 BUILD_ROOT="$(cd "${1:-$E2E_ROOT_DIR/build/win32}" && pwd)"
 E2E_NATIVE="$(cd "${2:-$E2E_ROOT_DIR/build/native}" && pwd)"
@@ -30,10 +28,9 @@ COM3_PATH="$E2E_DIR/no-such-device"
 COM4_PATH=/dev/null
 DESKTOP=VELDOR
 
-[ -x "$SIM" ] || { echo "no controller-sim at $SIM"; exit 2; }
-[ -f "$EXE" ] || { echo "no veldor.exe at $EXE"; exit 2; }
-[ -f "$PROBE" ] || { echo "no veldor_probe.exe at $PROBE"; exit 2; }
-[ -f "$HOOK_DLL" ] || { echo "no status_hook.dll at $HOOK_DLL"; exit 2; }
+for file in "$SIM" "$EXE" "$PROBE" "$HOOK_DLL"; do
+  [ -f "$file" ] || { echo "no $file"; exit 2; }
+done
 rm -rf "$ART"
 mkdir -p "$ART"
 exec > >(tee "$ART/scenario.log") 2>&1
@@ -53,23 +50,22 @@ SIM_LOG="$ART/sim.log"
 SENT="$ART/sent.txt"
 STATUS_LOG="$ART/status.log"
 STATUS_LINES="$ART/status_lines.log"
-SIM_PID=""
-WATCH_PID=""
-START_PID=""
-DESKTOP_PID=""
-E2E_FAILED=0
+SIM_PID="" WATCH_PID="" START_PID="" DESKTOP_PID=""
 E2E_T0=$SECONDS
 
 e2e_cleanup() {
   local rc=$?
-  if [ "$rc" -ne 0 ] || [ "$E2E_FAILED" -ne 0 ]; then
+  # The watcher must never have seen the program stop answering.
+  if [ "$rc" -eq 0 ] && grep -q ' HUNG$' "$STATUS_LOG" 2>/dev/null; then
+    echo "FAIL [$E2E_SCENARIO]: the program stopped answering at some point"
+    rc=1
+  fi
+  if [ "$rc" -ne 0 ]; then
     e2e_shot at_failure
     e2e_probe state >"$ART/state_at_failure.txt" 2>&1 || true
   fi
-  if [ -n "$WATCH_PID" ]; then kill "$WATCH_PID" 2>/dev/null || true; fi
-  if [ -n "$SIM_PID" ]; then kill "$SIM_PID" 2>/dev/null || true; fi
-  if [ -n "$START_PID" ]; then kill "$START_PID" 2>/dev/null || true; fi
-  if [ -n "$DESKTOP_PID" ]; then kill "$DESKTOP_PID" 2>/dev/null || true; fi
+  # shellcheck disable=SC2086
+  kill $WATCH_PID $SIM_PID $START_PID $DESKTOP_PID 2>/dev/null || true
   if [ -f "$INI" ]; then cp "$INI" "$ART/VELDOR.ini"; fi
   # Ends every Windows process of the prefix: the program, the desktop, the probe.
   veldor_wine_cleanup
@@ -77,16 +73,25 @@ e2e_cleanup() {
   if [ -n "$SIM_PID" ]; then wait "$SIM_PID" 2>/dev/null || true; fi
   echo "scenario $E2E_SCENARIO: $([ "$rc" -eq 0 ] && echo passed || echo FAILED)" \
     "in $((SECONDS - E2E_T0)) s; artefacts in $ART"
+  exit "$rc"
 }
 trap e2e_cleanup EXIT
 
 e2e_fail() {
-  E2E_FAILED=1
   echo "FAIL [$E2E_SCENARIO]: $*"
   exit 1
 }
 e2e_pass() { echo "ok [$E2E_SCENARIO]: $*"; }
-e2e_shot() { import -window root "$ART/$1.png" 2>/dev/null || true; }
+
+# e2e_until SECONDS CONDITION: CONDITION (shell text, run again every
+# 0.1 s) holds within SECONDS; 1 when the time ran out.
+e2e_until() {
+  local deadline=$((SECONDS + $1))
+  until eval "$2"; do
+    [ $SECONDS -lt $deadline ] || return 1
+    sleep 0.1
+  done
+}
 
 # The probe on the program's desktop; its output on stdout.
 e2e_probe() { wine "$PROBE" -d "$DESKTOP" "$@" 2>/dev/null; }
@@ -111,21 +116,18 @@ e2e_expect() {
   shift
   e2e_wait "$@" || e2e_fail "$message; the program showed: $(grep -v '^control=' "$ART/last_probe.txt" | tr '\n' ' ')"
 }
-# The value of one "key=value" line of the probe's last answer.
-e2e_last() { awk -v k="$1=" 'index($0, k) == 1 { print substr($0, length(k) + 1); exit }' "$ART/last_probe.txt"; }
 
 # Makes sure that COM1, COM3 and COM4 of the prefix lead where the
 # scenarios expect. Changing the registry needs a new wineserver session.
-e2e_port_target() {
-  (wine reg query 'HKLM\Software\Wine\Ports' /v "$1" 2>/dev/null || true) | tr -d '\r' |
-    awk -v k="$1" '$1 == k {print $3}'
-}
 e2e_link_ports() {
-  if [ "$(e2e_port_target COM1)" != "$COM1_LINK" ] || [ "$(e2e_port_target COM3)" != "$COM3_PATH" ] ||
-     [ "$(e2e_port_target COM4)" != "$COM4_PATH" ]; then
-    wine reg add 'HKLM\Software\Wine\Ports' /v COM1 /t REG_SZ /d "$COM1_LINK" /f >/dev/null 2>&1
-    wine reg add 'HKLM\Software\Wine\Ports' /v COM3 /t REG_SZ /d "$COM3_PATH" /f >/dev/null 2>&1
-    wine reg add 'HKLM\Software\Wine\Ports' /v COM4 /t REG_SZ /d "$COM4_PATH" /f >/dev/null 2>&1
+  local port
+  local -A target=([COM1]="$COM1_LINK" [COM3]="$COM3_PATH" [COM4]="$COM4_PATH")
+  if [ "$( (wine reg query 'HKLM\Software\Wine\Ports' 2>/dev/null || true) | tr -d '\r' |
+           awk '$1 ~ /^COM[134]$/ { print $1, $3 }' | sort | tr '\n' ' ')" != \
+       "COM1 $COM1_LINK COM3 $COM3_PATH COM4 $COM4_PATH " ]; then
+    for port in COM1 COM3 COM4; do
+      wine reg add 'HKLM\Software\Wine\Ports' /v "$port" /t REG_SZ /d "${target[$port]}" /f >/dev/null 2>&1
+    done
     wineserver -k >/dev/null 2>&1 || true
     wineserver -w >/dev/null 2>&1 || true
     wineserver -p >/dev/null 2>&1 || true
@@ -140,44 +142,21 @@ e2e_fresh_settings() {
   cp "$E2E_ROOT_DIR/tests/data/cal/default_curve.cal" "$BUILD_ROOT/Default.cal"
 }
 # e2e_setting SECTION KEY VALUE: writes one key of the settings file before
-# the program starts, as the private-profile calls would (sections and keys
-# without regard to case, other keys untouched). e2e_settings does the same
-# for lines "SECTION|KEY|VALUE" on its input.
+# the program starts, other keys untouched. e2e_settings does the same for
+# lines "SECTION|KEY|VALUE" on its input.
 e2e_setting() { printf '%s|%s|%s\n' "$1" "$2" "$3" | e2e_settings; }
 e2e_settings() {
   mkdir -p "$(dirname "$INI")"
   python3 -c '
-import sys
-path = sys.argv[1]
-try:
-    lines = open(path, encoding="latin-1").read().splitlines()
-except FileNotFoundError:
-    lines = []
-for entry in sys.stdin.read().splitlines():
-    if not entry.strip():
-        continue
-    section, key, value = entry.split("|", 2)
-    out, inside, done, seen = [], False, False, False
-    for line in lines:
-        stripped = line.strip()
-        if stripped.startswith("["):
-            if inside and not done:
-                out.append(f"{key}={value}")
-                done = True
-            inside = stripped[1:-1].lower() == section.lower()
-            seen = seen or inside
-        elif inside and stripped.split("=", 1)[0].strip().lower() == key.lower():
-            if not done:
-                out.append(f"{key}={value}")
-                done = True
-            continue
-        out.append(line)
-    if not done:
-        if not seen:
-            out.append(f"[{section}]")
-        out.append(f"{key}={value}")
-    lines = out
-open(path, "w", encoding="latin-1", newline="\r\n").write("\n".join(lines) + "\n")
+import configparser, sys
+ini = configparser.RawConfigParser(delimiters=("=",), strict=False, interpolation=None)
+ini.optionxform = str
+ini.read(sys.argv[1], encoding="latin-1")
+for section, key, value in (entry.split("|", 2) for entry in sys.stdin.read().split("\n") if entry.strip()):
+    ini.has_section(section) or ini.add_section(section)
+    ini.set(section, key, value)
+with open(sys.argv[1], "w", encoding="latin-1", newline="\r\n") as out:
+    ini.write(out, space_around_delimiters=False)
 ' "$INI"
 }
 # e2e_ini_value SECTION KEY: prints the value of a key of the settings file.
@@ -192,37 +171,31 @@ e2e_start_sim() {
   rm -f "$COM1_LINK"
   "$SIM" --link "$COM1_LINK" --log "$SIM_LOG" --record-file "$SENT" "$@" >"$ART/sim.out" 2>&1 &
   SIM_PID=$!
-  local deadline=$((SECONDS + 10))
-  until [ -e "$COM1_LINK" ]; do
-    kill -0 "$SIM_PID" 2>/dev/null || e2e_fail "the simulator ended: $(head -1 "$ART/sim.out")"
-    [ $SECONDS -lt $deadline ] || e2e_fail "the simulator made no pty"
-    sleep 0.05
-  done
+  e2e_until 10 '[ -e "$COM1_LINK" ] || ! kill -0 "$SIM_PID" 2>/dev/null' || e2e_fail "the simulator made no pty"
+  [ -e "$COM1_LINK" ] || e2e_fail "the simulator ended: $(head -1 "$ART/sim.out")"
 }
 
 # Opens the Wine desktop on which the program runs, and the watcher: it
 # places status_hook.dll in the programs of the desktop, so that every status
-# text and caption the program sets is appended to $STATUS_LINES, and it
-# records in $STATUS_LOG what the program shows at each of its looks (every
-# 50 ms), "HUNG" when the frame does not answer within 5 seconds.
+# text and caption the program sets is appended to $STATUS_LINES, and writes
+# "HUNG" to $STATUS_LOG when the frame does not answer within 5 seconds.
 e2e_start_desktop() {
+  local try
   wine explorer "/desktop=$DESKTOP,1024x768" >>"$ART/wine.log" 2>&1 &
   DESKTOP_PID=$!
-  local deadline=$((SECONDS + 30)) starts=0
-  until grep -q '^0 hooked$' "$STATUS_LOG" 2>/dev/null; do
-    # A watcher started while the desktop is still coming up may end at
-    # once without a word; it is started again, once.
-    if [ -z "$WATCH_PID" ] || ! kill -0 "$WATCH_PID" 2>/dev/null; then
-      [ $starts -lt 2 ] && [ ! -s "$STATUS_LOG" ] || e2e_fail "the watcher ended: $(cat "$STATUS_LOG")"
-      starts=$((starts + 1))
-      [ $starts -eq 1 ] || sleep 1
-      wine "$PROBE" -d "$DESKTOP" watch -t 900 -k "$(e2e_winpath "$HOOK_DLL")" "$(e2e_winpath "$STATUS_LINES")" \
-        >>"$STATUS_LOG" 2>&1 &
-      WATCH_PID=$!
-    fi
-    [ $SECONDS -lt $deadline ] || e2e_fail "the watcher did not place its hook"
-    sleep 0.1
+  # A watcher started while the desktop is still coming up may end at once
+  # without a word; it is started again, once.
+  for try in 1 2; do
+    [ "$try" = 1 ] || sleep 1
+    wine "$PROBE" -d "$DESKTOP" watch -t 900 -k "$(e2e_winpath "$HOOK_DLL")" "$(e2e_winpath "$STATUS_LINES")" \
+      >>"$STATUS_LOG" 2>&1 &
+    WATCH_PID=$!
+    e2e_until 30 'grep -q "^0 hooked$" "$STATUS_LOG" 2>/dev/null || ! kill -0 "$WATCH_PID" 2>/dev/null' ||
+      e2e_fail "the watcher did not place its hook"
+    ! grep -q '^0 hooked$' "$STATUS_LOG" || return 0
+    [ ! -s "$STATUS_LOG" ] || break
   done
+  e2e_fail "the watcher ended: $(cat "$STATUS_LOG")"
 }
 
 # Starts veldor.exe (or the exe given) on the desktop and waits for its frame.
@@ -250,47 +223,72 @@ e2e_focus() {
   xdotool windowfocus --sync "$win"
 }
 e2e_key() { xdotool key --delay 80 "$@"; }
-# Types text into the control that has the focus.
-e2e_type() { xdotool type --delay 20 "$1"; }
+# Types text into the control that has the focus (a leading "-" too).
+e2e_type() { xdotool type --delay 20 -- "$1"; }
+# e2e_keys TOKEN...: keys, and ":TEXT" tokens typed as text, in order.
+e2e_keys() {
+  local keys=() token
+  for token in "$@"; do
+    if [ "${token:0:1}" != : ]; then
+      keys+=("$token")
+      continue
+    fi
+    [ ${#keys[@]} -eq 0 ] || e2e_key "${keys[@]}"
+    keys=()
+    e2e_type "${token:1}"
+  done
+  [ ${#keys[@]} -eq 0 ] || e2e_key "${keys[@]}"
+}
+# e2e_menu KEY LETTER...: KEY opens a menu, the letters choose in it.
+e2e_menu() {
+  e2e_key "$1"
+  e2e_expect "the menu of $1 did not open" -t 5 window=
+  [ $# -lt 2 ] || e2e_key "${@:2}"
+}
 
 # The Windows form of a path here.
 e2e_winpath() { winepath -w "$1" 2>/dev/null; }
 
 # Waits up to $2 seconds for a line of the simulator's log matching $1.
 e2e_wait_log() {
-  local deadline=$((SECONDS + $2))
-  until grep -q -- "$1" "$SIM_LOG" 2>/dev/null; do
-    [ $SECONDS -lt $deadline ] || return 1
-    sleep 0.1
-  done
+  local pattern="$1"
+  e2e_until "$2" 'grep -q -- "$pattern" "$SIM_LOG" 2>/dev/null'
 }
 # The bodies received from the program, in order, one a line.
 e2e_received() { sed -n 's/^[0-9]* RX \(.*\)$/\1/p' "$SIM_LOG"; }
 # The bodies received after the first N, without "KA" and "NA".
 e2e_received_after() { e2e_received | tail -n +$(($1 + 1)) | grep -v -x -e KA -e NA || true; }
-# Waits until at least COUNT bodies came after the first N: e2e_wait_received N COUNT SECONDS.
-e2e_wait_received() {
-  local deadline=$((SECONDS + $3))
-  until [ "$(e2e_received_after "$1" | wc -l)" -ge "$2" ]; do
-    [ $SECONDS -lt $deadline ] || return 1
-    sleep 0.1
-  done
+e2e_wire_mark() { E2E_WIRE=$(e2e_received | wc -l); }
+# e2e_expect_wire [-p] WHAT BODY...: exactly these bodies (with -p: these
+# first) went out since e2e_wire_mark; none at all when none are given.
+e2e_expect_wire() {
+  local first=0 what want got
+  if [ "$1" = -p ]; then
+    first=1
+    shift
+  fi
+  what="$1"
+  shift
+  local count=$#
+  want="$(printf '%s\n' "$@" | sed '/^$/d')"
+  e2e_until 10 '[ "$(e2e_received_after "$E2E_WIRE" | wc -l)" -ge "$count" ]' || true
+  sleep 0.5
+  got="$(e2e_received_after "$E2E_WIRE")"
+  [ "$first" = 0 ] || got="$(head -n $# <<<"$got")"
+  [ "$got" = "$want" ] || e2e_fail "$what: sent [$(echo "$got" | tr '\n' ' ')], not [$*]"
 }
 # How many samples the simulator has sent.
 e2e_samples_sent() { grep -c '^[0-9]* TX RA ' "$SIM_LOG" 2>/dev/null || true; }
 # Waits until the simulator has sent N more samples than now, at most S s.
 e2e_wait_samples() {
-  local target=$(($(e2e_samples_sent) + $1)) deadline=$((SECONDS + $2))
-  until [ "$(e2e_samples_sent)" -ge "$target" ]; do
-    [ $SECONDS -lt $deadline ] || return 1
-    sleep 0.2
-  done
+  local target=$(($(e2e_samples_sent) + $1))
+  e2e_until "$2" '[ "$(e2e_samples_sent)" -ge "$target" ]'
 }
 
 # A status text set in pane 0 (or "pane1=..." etc. as given) since the last
 # e2e_mark (or since the desktop opened); fixed string.
 E2E_MARK=0
-e2e_mark() { E2E_MARK=$(wc -l <"$STATUS_LINES"); }
+e2e_mark() { E2E_MARK=$( (wc -l <"$STATUS_LINES") 2>/dev/null || echo 0); }
 e2e_status_seen() {
   local line="$1"
   [[ "$line" =~ ^(pane[0-2]|caption)= ]] || line="pane0=$line"
@@ -300,61 +298,61 @@ e2e_status_seen() {
 }
 # Waits up to $2 seconds for a status text to be set.
 e2e_wait_status() {
-  local deadline=$((SECONDS + $2))
-  until e2e_status_seen "$1"; do
-    [ $SECONDS -lt $deadline ] || return 1
-    grep -q ' HUNG$' "$STATUS_LOG" && e2e_fail "the program stopped answering"
-    sleep 0.1
-  done
+  local text="$1"
+  e2e_until "$2" '! grep -q " HUNG$" "$STATUS_LOG" || e2e_fail "the program stopped answering"; e2e_status_seen "$text"'
 }
+# e2e_expect_status TEXT [SECONDS]: fails when TEXT is not set within 5 s.
+e2e_expect_status() { e2e_wait_status "$1" "${2:-5}" || e2e_fail "no status line \"$1\""; }
 # The texts set in pane 0, in order, one a line.
 e2e_status_lines() { sed -n 's/^[0-9]* pane0=//p' "$STATUS_LINES" 2>/dev/null; }
 
-e2e_program_running() { pgrep -f "^$1" >/dev/null 2>&1; }
 # Waits until the program has ended: no frame and no process.
 e2e_wait_exit() {
-  local exe="${2:-$EXE}" deadline=$((SECONDS + $1))
-  while e2e_program_running "$exe"; do
-    [ $SECONDS -lt $deadline ] || e2e_fail "the program is still running"
-    sleep 0.2
-  done
-}
-
-# The watcher never saw the program stop answering.
-e2e_check_answering() {
-  if grep -q ' HUNG$' "$STATUS_LOG"; then e2e_fail "the program stopped answering at some point"; fi
+  local exe="${2:-$EXE}"
+  e2e_until "$1" '! pgrep -f "^$exe" >/dev/null 2>&1' || e2e_fail "the program is still running"
 }
 
 # The layout of the scenarios that look at the views: the frame maximised,
 # the Listing top left with the Chart under it, the Plot on the right; the
 # Tags window shown with 1.
 e2e_view_layout() {
-  e2e_settings <<EOF
-Main window|Maximised|1
-Main window|Show tags|${1:-0}
-Listing|Origin X|0
-Listing|Origin Y|0
-Listing|Width|560
-Listing|Height|400
-Chart|Origin X|0
-Chart|Origin Y|400
-Chart|Width|560
-Chart|Height|260
-Plot|Origin X|560
-Plot|Origin Y|0
-Plot|Width|460
-Plot|Height|660
-EOF
+  local window x y width height
+  e2e_setting "Main window" Maximised 1
+  e2e_setting "Main window" "Show tags" "${1:-0}"
+  for window in "Listing 0 0 560 400" "Chart 0 400 560 260" "Plot 560 0 460 660"; do
+    read -r window x y width height <<<"$window"
+    printf "$window|%s\n" "Origin X|$x" "Origin Y|$y" "Width|$width" "Height|$height" | e2e_settings
+  done
 }
-# e2e_open_survey FILE: File > Open through the file dialog, then waits for
-# the title to name it.
-e2e_open_survey() {
-  e2e_key ctrl+o
-  e2e_expect "no file dialog \"Open Data File\"" -t 15 window="Open Data File"
-  e2e_type "$(e2e_winpath "$1")"
+# e2e_file_dialog KEYS TITLE STATUS PATH: KEYS open the file dialog TITLE,
+# which sets the status line STATUS; PATH is typed into it and taken.
+e2e_file_dialog() {
+  e2e_mark
+  e2e_keys $1
+  e2e_expect "no file dialog \"$2\"" -t 15 "window=$2"
+  e2e_expect_status "$3" 5
+  e2e_type "$(e2e_winpath "$4")"
   e2e_key Return
+}
+# e2e_open_survey FILE: File > Open through the file dialog; the title and
+# the status line name FILE.
+e2e_open_survey() {
+  e2e_file_dialog ctrl+o "Open Data File" "Select data file to open..." "$1"
   e2e_expect "$(basename "$1") is not shown loaded" -t 20 nowindow="Open Data File" \
     "caption=VELDOR [ $(basename "$1") ]"
+  e2e_expect_status "Data read from file '$(basename "$1")'" 10
+}
+# e2e_save_as PATH: File > Save As into PATH; the title and the status line
+# name it.
+e2e_save_as() {
+  e2e_file_dialog "alt+f a" "Save Data File..." "Select filename for data file..." "$1"
+  e2e_expect "$(basename "$1") is not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ $(basename "$1") ]"
+  e2e_expect_status "Data written to file '$(basename "$1")'" 10
+}
+# e2e_shot NAME [SECONDS]: a screenshot, after a pause when given.
+e2e_shot() {
+  [ -z "${2:-}" ] || sleep "$2"
+  import -window root "$ART/$1.png" 2>/dev/null || true
 }
 # e2e_view_shot NAME: a screenshot once the windows have painted, with the
 # probe's view of the window places beside it (NAME.probe).
@@ -364,14 +362,32 @@ e2e_view_shot() {
   e2e_shot "$1"
   cp "$ART/last_probe.txt" "$ART/$1.probe"
 }
-# e2e_client_point CLASS X Y: the screen point of a client point of a child
-# window, from the probe's last look.
-e2e_client_point() {
+# e2e_click CLASS X Y [BUTTON]: a click on a client point of a child window,
+# placed as the probe's last look saw it.
+e2e_click() {
   local origin
   origin="$(sed -n "s/^client=$1|\([0-9-]*\),\([0-9-]*\),.*/\1 \2/p" "$ART/last_probe.txt")"
   [ -n "$origin" ] || e2e_fail "no $1 window"
-  set -- $origin "$2" "$3"
-  echo "$(($1 + $3)) $(($2 + $4))"
+  xdotool mousemove $((${origin% *} + $2)) $((${origin#* } + $3)) click "${4:-1}"
+}
+
+# ---- Boxes and dialogs ---------------------------------------------------------------------------
+# e2e_says TEXT: a static control of the probe's last look says TEXT, as
+# the probe escapes it ("TEXT*": begins so).
+e2e_says() {
+  E2E_TEXT="$1" awk -F'|' '$1 == "control=Static" {
+      t = substr($0, length($1) + length($2) + 3); w = ENVIRON["E2E_TEXT"]
+      if (t == w || (w ~ /\*$/ && index(t, substr(w, 1, length(w) - 1)) == 1)) found = 1 }
+    END { exit !found }' "$ART/last_probe.txt"
+}
+# e2e_box TEXT [TITLE]: within 10 s a box "VELDOR" says TEXT (see e2e_says),
+# over the dialog TITLE, which it disables, when given.
+e2e_box() {
+  local text="$1"
+  e2e_until 10 'e2e_wait -t 1 window=VELDOR && e2e_says "$text"' ||
+    e2e_fail "no box \"$1\"; shown: $(grep '^control=Static' "$ART/last_probe.txt" | tr '\n' ' ')"
+  [ -z "${2:-}" ] || grep -q -F "window=#32770|$2|0|" "$ART/last_probe.txt" ||
+    e2e_fail "the box \"$1\" is not owned by the dialog \"$2\""
 }
 # e2e_close_box MESSAGE: Return on the message box "VELDOR" in front, pressed
 # again only while the box is still there (a box that another thread opened
@@ -384,10 +400,13 @@ e2e_close_box() {
   done
   e2e_fail "$1"
 }
-# e2e_click CLASS X Y [BUTTON]
-e2e_click() { xdotool mousemove $(e2e_client_point "$1" "$2" "$3") click "${4:-1}"; }
-
-# ---- The dialog scenarios' steps ------------------------------------------------------------
+# e2e_refused TITLE TEXT [owned]: a box says TEXT (over the dialog with
+# "owned"), Return closes it and the dialog TITLE stays open.
+e2e_refused() {
+  e2e_box "$2" "${3:+$1}"
+  e2e_close_box "the box \"$2\" did not close"
+  e2e_expect "the dialog closed after \"$2\"" -t 10 nowindow=VELDOR "window=$1"
+}
 # e2e_check LOG SCRIPT ARGS...: a checker that prints one line a fact, "ok"
 # or "WRONG", with the modules beside this file importable; its output goes
 # to $ART/LOG and its first wrong fact fails the scenario.
@@ -402,13 +421,9 @@ e2e_check() {
 # the status line STATUS (and the conditions hold).
 e2e_open_dialog() {
   e2e_mark
-  if [ -n "$1" ]; then
-    e2e_key "$1"
-    e2e_expect "the menu of $1 did not open" -t 5 window=
-  fi
-  e2e_key $2
+  if [ -n "$1" ]; then e2e_menu "$1" $2; else e2e_key $2; fi
   e2e_expect "no dialog \"$3\"" -t 10 "window=$3" "${@:5}"
-  e2e_wait_status "$4" 5 || e2e_fail "no status line \"$4\""
+  e2e_expect_status "$4" 5
 }
 # e2e_expect_ini SECTION KEY=VALUE...: the settings file holds these values now.
 e2e_expect_ini() {
@@ -419,28 +434,85 @@ e2e_expect_ini() {
     [ "$got" = "${pair#*=}" ] || e2e_fail "[$section] ${pair%%=*} is \"$got\", not \"${pair#*=}\""
   done
 }
-# A fingerprint of the settings file, to compare after a dialog that must not write.
+# e2e_ini_mark, then e2e_ini_unchanged WHAT: the settings file's bytes did not change.
 e2e_ini_sum() { if [ -f "$INI" ]; then md5sum <"$INI"; else echo none; fi; }
-# e2e_control_text CLASS ID: a control's text in the probe's last look.
-e2e_control_text() { sed -n "s/^control=$1|$2|//p" "$ART/last_probe.txt" | head -1; }
+e2e_ini_mark() { E2E_INI_SUM="$(e2e_ini_sum)"; }
+e2e_ini_unchanged() { [ "$(e2e_ini_sum)" = "$E2E_INI_SUM" ] || e2e_fail "$1 changed the settings file"; }
 # e2e_has_labels WHAT LABEL...: the probe's last look shows a control of each text.
 e2e_has_labels() {
-  local what="$1" label
-  shift
-  for label in "$@"; do
-    grep -qF "|$label" "$ART/last_probe.txt" || e2e_fail "$what has no \"$label\""
+  local label
+  for label in "${@:2}"; do
+    grep -qF "|$label" "$ART/last_probe.txt" || e2e_fail "$1 has no \"$label\""
   done
 }
-# e2e_save_as PATH: File > Save As into PATH; the caption names it.
-e2e_save_as() {
-  e2e_key alt+f
-  e2e_expect "the File menu did not open" -t 5 window=
-  e2e_key a
-  e2e_expect "no file dialog \"Save Data File...\"" -t 15 window="Save Data File..."
-  e2e_type "$(e2e_winpath "$1")"
-  e2e_key Return
-  e2e_expect "$(basename "$1") is not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ $(basename "$1") ]"
+
+# ---- Tables of steps -----------------------------------------------------------------------------
+# e2e_step KEYS [EXPECT [SETTINGS [WIRE [SHOT]]]]: one row of a table of steps.
+#   KEYS      the keys pressed (e2e_keys: ":TEXT" typed), split at spaces
+#             ("\ " a space typed);
+#   EXPECT    what holds within 15 s, ";" between: probe conditions
+#             (window=TITLE, nowindow=TITLE, enabled=1...), status=TEXT (a
+#             status line set since the row began), box=TEXT (a box says it,
+#             see e2e_says), control=CLASS,ID,TEXT (a control shows TEXT);
+#   SETTINGS  "[SECTION] KEY=VALUE; KEY=VALUE; [SECTION] ..." held by the
+#             settings file; "unchanged": its bytes as at e2e_ini_mark;
+#   WIRE      the bodies sent since e2e_wire_mark, ";" between; "none": none;
+#   SHOT      a screenshot's name, taken half a second after EXPECT holds.
+e2e_step() {
+  local keys items item conds=() check='e2e_wait -t 1 "${conds[@]}"' section="" bodies=()
+  read -a keys <<<"$1"
+  e2e_mark
+  e2e_keys "${keys[@]}"
+  IFS=';' read -r -a items <<<"${2:-}"
+  for item in "${items[@]}"; do
+    read -r item <<<"$item"
+    case "$item" in
+      "") ;;
+      status=*) check+=" && e2e_status_seen $(printf %q "${item#status=}")" ;;
+      box=*) check+=" && e2e_says $(printf %q "${item#box=}")" ;;
+      control=*) check+=" && grep -q -x -F $(printf %q "$(sed 's/,/|/; s/,/|/' <<<"$item")") \"\$ART/last_probe.txt\"" ;;
+      *) conds+=("$item") ;;
+    esac
+  done
+  e2e_until 15 "$check" ||
+    e2e_fail "after \"$1\" not all of: $2; shown: $(grep -v '^client=' "$ART/last_probe.txt" | tr '\n' ' ')"
+  [ -z "${5:-}" ] || e2e_shot "$5" 0.5
+  if [ "${3:-}" = unchanged ]; then
+    e2e_ini_unchanged "\"$1\""
+  elif [ -n "${3:-}" ]; then
+    IFS=';' read -r -a items <<<"$3"
+    for item in "${items[@]}"; do
+      read -r item <<<"$item"
+      if [[ "$item" =~ ^\[([^]]*)\]\ *(.*)$ ]]; then
+        section="${BASH_REMATCH[1]}"
+        item="${BASH_REMATCH[2]}"
+      fi
+      [ -z "$item" ] || e2e_expect_ini "$section" "$item"
+    done
+  fi
+  if [ -n "${4:-}" ]; then
+    IFS=';' read -r -a items <<<"${4/#none/}"
+    for item in "${items[@]}"; do
+      read -r item <<<"$item"
+      bodies+=("$item")
+    done
+    e2e_expect_wire "\"$1\"" "${bodies[@]}"
+  fi
 }
+# e2e_rows FUNCTION: FUNCTION called for each line "A | B | ..." of the
+# input (blank lines and "#" lines left out), with the fields as arguments.
+e2e_rows() {
+  local rows row fields i
+  mapfile -t rows
+  for row in "${rows[@]}"; do
+    [[ "$row" =~ ^[[:space:]]*(#|$) ]] && continue
+    IFS='|' read -r -a fields <<<"$row"
+    for i in "${!fields[@]}"; do read -r "fields[$i]" <<<"${fields[i]}"; done
+    "$1" "${fields[@]}"
+  done
+}
+
+# ---- Starting and ending the program -------------------------------------------------------------
 # e2e_start_linked [OPTIONS]: the simulator with OPTIONS on COM1, the
 # program started, its "OP 1" received and the sign-on box closed.
 e2e_start_linked() {
@@ -450,23 +522,41 @@ e2e_start_linked() {
   e2e_close_signon
   e2e_focus
 }
-# e2e_start_on_survey DAT: the program started and the survey DAT opened
-# through File > Open.
+# e2e_start_on_survey DAT [SHOW_TAGS]: the program started on the views'
+# layout and the survey DAT opened through File > Open.
 e2e_start_on_survey() {
+  e2e_view_layout "${2:-0}"
   e2e_start_program
   e2e_close_signon
   e2e_focus
   e2e_open_survey "$1"
 }
-# e2e_quit [ANSWER]: File > Exit, a question then answered with ANSWER when
-# given; the program ends, and it never stopped answering.
+# e2e_record F1|F2 [CONDITION...]: recording starts (F1) or stops (F2).
+e2e_record() {
+  local pane=Recording
+  [ "$1" = F1 ] || pane=Idle
+  e2e_key "$1"
+  e2e_expect "$1 did not make it $pane" -t 10 "pane1=$pane" "${@:2}"
+}
+# e2e_quit [ANSWER [EXE]]: File > Exit; with ANSWER the question "Current
+# data has changed\nSave data ?" comes and gets it. The program ends, and
+# "OP 0" reaches the controller when it had the port.
 e2e_quit() {
-  e2e_key alt+f
-  e2e_expect "the File menu did not open" -t 5 window=
-  e2e_key x
-  if [ -n "${1:-}" ] && e2e_wait -t 3 window=VELDOR; then e2e_key "$1"; fi
-  e2e_wait_exit 15
-  e2e_check_answering
+  local op0
+  op0=$(grep -c " RX OP 0$" "$SIM_LOG" 2>/dev/null || true)
+  e2e_menu alt+f x
+  if [ -n "${1:-}" ]; then
+    e2e_box 'Current data has changed\nSave data ?'
+    e2e_shot exit_question
+    e2e_key "$1"
+  fi
+  e2e_wait_exit 15 "${2:-$EXE}"
+  if grep -q " RX OP 1$" "$SIM_LOG" 2>/dev/null; then
+    e2e_until 5 '[ "$(grep -c " RX OP 0$" "$SIM_LOG" || true)" -gt "$op0" ]' || e2e_fail "no OP 0 at exit"
+  fi
 }
 
 e2e_link_ports
+# Every scenario starts with no settings file and the default calibration
+# beside the program.
+e2e_fresh_settings

@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
-# Runs every end-to-end scenario of veldor.exe under Wine on one virtual
-# display, with the controller simulator on COM1 (scenario_*.sh, each
-# described at its top), and prints a summary with each scenario's time.
-# Each scenario keeps its screenshots, the simulator's log, the status texts
-# the program set and the files it wrote in <Windows build>/e2e/<scenario>/.
-# Exits non-zero when a scenario failed; the others still run.
+# Runs the end-to-end scenarios of veldor.exe (scenario_*.sh, each described
+# at its top) under Wine on one virtual display, with the controller
+# simulator on COM1, and prints a summary with each scenario's time; the
+# artefacts stay in <Windows build>/e2e/<scenario>/. Exits non-zero when a
+# scenario failed; the others still run.
 #
 # usage: run_e2e.sh [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR] [SCENARIO...]
 set -euo pipefail
@@ -36,12 +35,10 @@ summary=()
 failed=0
 for scenario in "${SCENARIOS[@]}"; do
   start=$SECONDS
-  if bash "$HERE/scenario_$scenario.sh" "$WIN" "$NATIVE"; then
-    summary+=("passed  $scenario ($((SECONDS - start)) s)")
-  else
-    summary+=("FAILED  $scenario ($((SECONDS - start)) s)")
-    failed=1
-  fi
+  result=passed
+  bash "$HERE/scenario_$scenario.sh" "$WIN" "$NATIVE" || result=FAILED
+  summary+=("$result  $scenario ($((SECONDS - start)) s)")
+  [ "$result" = passed ] || failed=1
 done
 
 echo

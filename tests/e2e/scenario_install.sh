@@ -1,11 +1,10 @@
 #!/usr/bin/env bash
-# The setup program of the i686 build beside the one given, under the 32-bit
-# Wine of the i386 root (made when missing), in a fresh prefix: its licence
-# page without /S (licence.png), Cancel; /S installs the zip's files byte for
-# byte, the Start-menu folder and the Uninstall key; the installed veldor.exe
-# starts with no settings (the installed Default.cal for four channels, no
-# box, the version in Help > About) and counts the installed Sample.DAT's
-# records; Uninstall.exe /S leaves only VELDOR.ini and a survey saved beside.
+# The setup program of the i686 build, in a fresh prefix: its licence page,
+# Cancel; /S installs the zip's files byte for byte, the Start-menu folder
+# and the Uninstall key; the installed veldor.exe starts with no settings
+# (its Default.cal read, no box, the version in Help > About) and counts the
+# installed Sample.DAT's records; Uninstall.exe /S leaves only VELDOR.ini
+# and a survey saved beside.
 set -euo pipefail
 HERE="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 WIN_DIR="$(cd "$(dirname "${1:-$HERE/../../build/win64}")/win32" && pwd)"
@@ -14,10 +13,8 @@ SETUP="$WIN_DIR/veldor-$VERSION-setup.exe"
 ZIP="$WIN_DIR/veldor-$VERSION-win32.zip"
 [ -f "$SETUP" ] && [ -f "$ZIP" ] || { echo "scenario install: no $SETUP or $ZIP (cpack in the i686 build)"; exit 2; }
 bash "$HERE/../../scripts/i386-root.sh" || { echo "scenario install: no i386 root for the 32-bit Wine"; exit 2; }
-E2E_SCENARIO=install
-export VELDOR_WINEPREFIX="$WIN_DIR/e2e/$E2E_SCENARIO/prefix"
+export VELDOR_WINEPREFIX="$WIN_DIR/e2e/install/prefix"
 set -- "$WIN_DIR" "${2:-$HERE/../../build/native}"
-# shellcheck source=lib.sh
 source "$HERE/lib.sh"
 export WINEDLLOVERRIDES="$WINEDLLOVERRIDES;winemenubuilder.exe=d"
 APP="$WINEPREFIX/drive_c/Program Files/VELDOR"
@@ -58,13 +55,10 @@ e2e_wait_status "Port opened" 30 || e2e_fail "the port did not open"
 e2e_close_signon
 e2e_expect "a message box at the start" -t 5 nowindow=VELDOR caption=VELDOR
 e2e_focus
-e2e_key alt+h
-e2e_expect "the Help menu did not open" -t 5 window=
-e2e_key a
+e2e_menu alt+h a
 e2e_expect "no About box" -t 10 window=VELDOR
 grep -q "^control=Static|.*Version $VERSION\\\\n" "$ART/last_probe.txt" || e2e_fail "the About box lacks Version $VERSION"
-e2e_key Return
-e2e_expect "the About box did not close" -t 10 nowindow=VELDOR
+e2e_close_box "the About box did not close"
 e2e_open_survey "$APP/Sample.DAT"
 gauge="$(python3 "$CHECK_DAT" --gauge "$APP/Sample.DAT")"
 e2e_expect "the status bar does not count the sample" -t 5 "pane2=$gauge"
@@ -75,8 +69,7 @@ e2e_pass "the installed VELDOR: Default.cal for four channels, Version $VERSION,
 
 wine "$APP/Uninstall.exe" /S >>"$ART/wine.log" 2>&1 || e2e_fail "the silent uninstall ended with status $?"
 # The uninstaller goes on from a copy of itself; the Start-menu folder goes last.
-for _ in $(seq 60); do [ -e "$MENU" ] && sleep 0.5; done
-[ ! -e "$MENU" ] || e2e_fail "the Start-menu folder is still there"
+e2e_until 30 '[ ! -e "$MENU" ]' || e2e_fail "the Start-menu folder is still there"
 [ "$(listing "$APP")" = "My survey.DAT|" ] || e2e_fail "after the uninstall Program Files\\VELDOR holds $(listing "$APP")"
 ! wine reg query "$KEY" >/dev/null 2>&1 || e2e_fail "the Uninstall key is still there"
 [ -f "$INI" ] || e2e_fail "the uninstall took VELDOR.ini"

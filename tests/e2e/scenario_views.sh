@@ -1,22 +1,9 @@
 #!/usr/bin/env bash
-# The Listing, Plot and Chart draw a survey the test made (views_survey.py:
-# 300 records on a grid, four colour bands, every GPS state, five tags),
-# opened through File > Open with no controller:
-#   - each window's screenshot holds the pixels the file says it must: the
-#     dot colour where a record falls after Zoom Auto, in channel 1, All and
-#     Best, after Zoom In and Zoom Out; the header band, the live-row band, a row's GPS
-#     colour and a tag star in the Listing; the spike of each reading in the
-#     Chart, for channel 1 and, after its button, channel 2;
-#   - Show Location from the Listing's popup puts the cross hair on that
-#     record in the Plot and the mark on its bin in the Chart;
-#   - Page Down and End through the forwarded keys, a right click on a row
-#     and Delete Record, then Save As: the file has exactly that record gone
-#     and the tags behind it moved; Home brings record 1 back to the top;
-# and, recording from the simulator with "Max plot time" 1, the Plot stops
-# drawing with its status line and text, and draws again after Record > Stop.
-set -euo pipefail
-E2E_SCENARIO=views
-# shellcheck source=lib.sh
+# The Listing, Plot and Chart draw a survey the test made (views_survey.py):
+# the pixels of each, after the Plot's buttons and the Chart's Ch2; Show
+# Location's cross hair and chart mark; End, a right click and Delete Record,
+# then Save As: exactly that record gone; Home back to record 1; and with
+# "Max plot time" 1 the Plot suspended while recording, drawn after Stop.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
 
@@ -24,76 +11,71 @@ DAT="$ART/views.DAT"
 SAVED="$ART/deleted.DAT"
 $VIEWS make "$DAT"
 
-e2e_fresh_settings
-e2e_view_layout
 e2e_start_on_survey "$DAT"
-e2e_wait_status "Data read from file 'views.DAT'" 5 || e2e_fail "no \"Data read from file 'views.DAT'\""
-
-check() { e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" "$@"; }
+# check KIND SHOT ARGS...: the views module's check of the screenshot SHOT.
+check() { e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" "$1" "$ART/$2.png" "$ART/$2.probe" "${@:3}"; }
 
 e2e_view_shot opened
-check listing "$ART/opened.png" "$ART/opened.probe" "$DAT"
-check plot "$ART/opened.png" "$ART/opened.probe" "$DAT" --channel 0
-check chart "$ART/opened.png" "$ART/opened.probe" "$DAT" --channel 0
+check listing opened "$DAT"
+check plot opened "$DAT" --channel 0
+check chart opened "$DAT" --channel 0
 e2e_pass "Listing, Plot (channel 1) and Chart (channel 1) draw the survey"
 
-# ---- Plot buttons: All, Best, Zoom In, Zoom Auto; the Chart's Ch2 ------------------------------
-e2e_click Veldor_Plot $((4 + 29 * 4 + 12)) 16
-e2e_view_shot plot_all
-check plot "$ART/plot_all.png" "$ART/plot_all.probe" "$DAT" --channel 4
-e2e_click Veldor_Plot $((4 + 29 * 5 + 12)) 16
-e2e_view_shot plot_best
-check plot "$ART/plot_best.png" "$ART/plot_best.probe" "$DAT" --channel 5
-e2e_click Veldor_Plot $((4 + 29 * 6 + 12)) 16
-e2e_view_shot plot_zoom_in
-check plot "$ART/plot_zoom_in.png" "$ART/plot_zoom_in.probe" "$DAT" --channel 5 --zoom i
-e2e_click Veldor_Plot $((4 + 29 * 7 + 12)) 16
-e2e_view_shot plot_zoom_out
-check plot "$ART/plot_zoom_out.png" "$ART/plot_zoom_out.probe" "$DAT" --channel 5 --zoom io
+# ---- Plot buttons: All, Best, Zoom In, Zoom Out, Zoom Auto; the Chart's Ch2 ------------------
+# plot_button N SHOT ARGS...: the Plot's button N (29 pixels apart), a
+# screenshot, and the Plot checked with ARGS.
+plot_button() {
+  e2e_click Veldor_Plot $((4 + 29 * $1 + 12)) 16
+  e2e_view_shot "$2"
+  check plot "$2" "$DAT" "${@:3}"
+}
+plot_button 4 plot_all --channel 4
+plot_button 5 plot_best --channel 5
+plot_button 6 plot_zoom_in --channel 5 --zoom i
+plot_button 7 plot_zoom_out --channel 5 --zoom io
 e2e_click Veldor_Plot $((4 + 29 * 8 + 12)) 16
 e2e_click Veldor_Chart $((33 + 12)) 16
 e2e_view_shot chart_ch2
-check plot "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 5
-check chart "$ART/chart_ch2.png" "$ART/chart_ch2.probe" "$DAT" --channel 1
+check plot chart_ch2 "$DAT" --channel 5
+check chart chart_ch2 "$DAT" --channel 1
 e2e_pass "Plot: All, Best, Zoom In, Zoom Out, Zoom Auto; Chart: Ch2"
 
+# row_menu SHOT ROW TOP KEY: a right click on table row ROW (the rows measured
+# on SHOT; TOP the top row, or end), and KEY in the Listing's popup menu;
+# $record is the record the row shows.
+row_menu() {
+  read -r y x record <<<"$($VIEWS listing-row "$ART/$1.probe" "$ART/$1.png" "$2" "$3")"
+  e2e_mark
+  xdotool mousemove "$x" "$y" click 3
+  e2e_expect_status "Listing popup menu"
+  e2e_step "$4"
+}
+
 # ---- Show Location on the second record ------------------------------------------------------------
-read -r y x record <<<"$($VIEWS listing-row "$ART/chart_ch2.probe" "$ART/chart_ch2.png" 1 0)"
+row_menu chart_ch2 1 0 l
 [ "$record" = 1 ] || e2e_fail "row 1 shows record $record"
-xdotool mousemove "$x" "$y" click 3
-e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu"
-e2e_key l
 e2e_view_shot location
-check plot "$ART/location.png" "$ART/location.probe" "$DAT" --channel 5 --cross 1
-check chart "$ART/location.png" "$ART/location.probe" "$DAT" --channel 1 --mark 1
+check plot location "$DAT" --channel 5 --cross 1
+check chart location "$DAT" --channel 1 --mark 1
 e2e_pass "Show Location: cross hair and chart mark on record 2"
 
 # ---- Keys, right click, Delete Record, Save As --------------------------------------------------------
 e2e_click Veldor_Listing 20 200
 e2e_key Next End
 sleep 1
-read -r y x record <<<"$($VIEWS listing-row "$ART/location.probe" "$ART/location.png" 2 end)"
-xdotool mousemove "$x" "$y" click 3
-e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu after End"
-e2e_mark
-e2e_key d
-e2e_wait_status "Delete record" 5 || e2e_fail "Delete Record said nothing"
+row_menu location 2 end d
+e2e_expect_status "Delete record"
 e2e_view_shot deleted
 e2e_save_as "$SAVED"
-$VIEWS deleted "$DAT" "$SAVED" "$record" >>"$ART/pixels.txt" 2>&1 ||
-  e2e_fail "the saved file is not the survey less record $((record + 1)): $(tail -1 "$ART/pixels.txt")"
+e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" deleted "$DAT" "$SAVED" "$record"
 e2e_pass "End, right click, Delete Record: record $((record + 1)) gone from the saved file, tags moved"
 # Home brings the first record back to the first row: Show Location on that
 # row puts the cross hair on record 1.
 e2e_key Home
 sleep 1
-read -r y x record <<<"$($VIEWS listing-row "$ART/deleted.probe" "$ART/deleted.png" 0 0)"
-e2e_mark
-xdotool mousemove "$x" "$y" click 3
-e2e_wait_status "Listing popup menu" 5 || e2e_fail "no Listing popup menu after Home"
-e2e_key l
+row_menu deleted 0 0 l
 e2e_view_shot home
-check plot "$ART/home.png" "$ART/home.probe" "$SAVED" --channel 5 --cross 0
+check plot home "$SAVED" --channel 5 --cross 0
 e2e_pass "Home: the first row shows record 1 again"
 e2e_quit
 
@@ -109,16 +91,11 @@ e2e_start_linked --period-ms 500
 e2e_open_survey "$ART/big.DAT"
 e2e_mark
 e2e_key F1
-e2e_wait_status "Plot window display suspended by program" 30 ||
-  e2e_fail "the Plot was not suspended with Max plot time 1"
+e2e_expect_status "Plot window display suspended by program" 30
 e2e_wait_samples 2 10 || true
 e2e_view_shot suspended
-$VIEWS suspended "$ART/suspended.png" "$ART/suspended.probe" 1 >>"$ART/pixels.txt" 2>&1 ||
-  e2e_fail "no suspension text in the Plot: $(tail -1 "$ART/pixels.txt")"
-e2e_key F2
-e2e_expect "F2 did not stop recording" -t 10 pane1=Idle
+check suspended suspended 1
+e2e_record F2
 e2e_view_shot resumed
-$VIEWS suspended "$ART/resumed.png" "$ART/resumed.probe" 0 >>"$ART/pixels.txt" 2>&1 ||
-  e2e_fail "the dots did not come back after Record > Stop: $(tail -1 "$ART/pixels.txt")"
+check suspended resumed 0
 e2e_pass "Max plot time 1: suspended while recording, dots back after Stop"
-e2e_check_answering

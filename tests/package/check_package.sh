@@ -1,42 +1,41 @@
 #!/usr/bin/env bash
 # Checks the package that `cpack` made in the i686 build, unzipped into a
 # fresh folder: its files; both programs PE32 i386 (GUI, console) importing
-# system DLLs only, and the setup program PE32 i386 GUI; an A4 manual that names every menu label and dialog title
-# of the resource scripts; a licence that parses; Colours.txt in format.
+# system DLLs only, and the setup program PE32 i386 GUI; an A4 manual that
+# names every menu label and dialog title of the resource scripts; a licence
+# that parses; Colours.txt in format.
 # usage: check_package.sh [WIN32_BUILD_DIR]
 set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 BUILD="$(cd "${1:-$ROOT/build/win32}" && pwd)"
 VERSION="$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$BUILD/CMakeCache.txt")"
 ZIP="$BUILD/veldor-$VERSION-win32.zip"
+SETUP="$BUILD/veldor-$VERSION-setup.exe"
 fail() { echo "FAIL [package]: $*"; exit 1; }
 [ -f "$ZIP" ] || fail "no package $ZIP"
 WORK="$(mktemp -d)"
 trap 'rm -rf "$WORK"' EXIT
 unzip -q "$ZIP" -d "$WORK"
 PKG="$WORK/veldor-$VERSION-win32"
-expected="Colours.txt Default.cal EULA.rtf README.txt Sample.DAT VELDOR_v2.pdf veldor-export.exe veldor.exe"
 found="$(cd "$PKG" && find . -type f -printf '%P\n' | LC_ALL=C sort | tr '\n' ' ')"
-[ "$found" = "$expected " ] || fail "files: $found"
+[ "$found" = "Colours.txt Default.cal EULA.rtf README.txt Sample.DAT VELDOR_v2.pdf veldor-export.exe veldor.exe " ] ||
+  fail "files: $found"
 echo "ok [package]: $(basename "$ZIP") ($(du -k "$ZIP" | cut -f1) KiB): $found"
 
-for entry in "$PKG/veldor.exe:Windows GUI" "$PKG/veldor-export.exe:Windows CUI" \
-             "$BUILD/veldor-$VERSION-setup.exe:Windows GUI"; do
+for entry in "$PKG/veldor.exe:Windows GUI" "$PKG/veldor-export.exe:Windows CUI" "$SETUP:Windows GUI"; do
   exe="${entry%%:*}"
   [ -f "$exe" ] || fail "no $exe"
   headers="$(objdump -p "$exe")"
-  if ! grep -q 'file format pei-i386' <<<"$headers" || ! grep -q '^Magic.*(PE32)$' <<<"$headers" ||
-     ! grep -q "^Subsystem.*(${entry#*:})" <<<"$headers"; then
-    fail "$(basename "$exe") is not a PE32 i386 ${entry#*:} program"
-  fi
-  [[ "$exe" == "$PKG"/* ]] || continue
+  grep -q 'file format pei-i386' <<<"$headers" && grep -q '^Magic.*(PE32)$' <<<"$headers" &&
+    grep -q "^Subsystem.*(${entry#*:})" <<<"$headers" || fail "$(basename "$exe") is not a PE32 i386 ${entry#*:} program"
+  [ "$exe" != "$SETUP" ] || continue
   for dll in $(sed -n 's/^\tDLL Name: //p' <<<"$headers" | tr '[:upper:]' '[:lower:]'); do
     [[ " advapi32.dll comctl32.dll comdlg32.dll gdi32.dll kernel32.dll msvcrt.dll shell32.dll user32.dll " == *" $dll "* ]] ||
       fail "$(basename "$exe") imports $dll"
   done
 done
 echo "ok [package]: veldor.exe PE32 GUI, veldor-export.exe PE32 console, system DLLs only;" \
-  "veldor-$VERSION-setup.exe PE32 GUI ($(du -k "$BUILD/veldor-$VERSION-setup.exe" | cut -f1) KiB)"
+  "$(basename "$SETUP") PE32 GUI ($(du -k "$SETUP" | cut -f1) KiB)"
 
 # Labels as the scripts spell them, without the & of access keys and the
 # key names after a tab.

@@ -9,19 +9,19 @@
 #include <string.h>
 #include <winspool.h>
 
+static int Failed(const char* what) {
+    printf("%s failed: %lu\n", what, GetLastError());
+    return 1;
+}
+
 static int Add(char* name, char* ppd, const char* out) {
     // The driver finds its PPD in the printer-driver folder.
     char folder[MAX_PATH], copy[MAX_PATH + 32];
     DWORD needed = 0;
-    if (!GetPrinterDriverDirectoryA(nullptr, nullptr, 1, (BYTE*)folder, sizeof folder, &needed)) {
-        printf("no printer-driver folder: %lu\n", GetLastError());
-        return 1;
-    }
+    if (!GetPrinterDriverDirectoryA(nullptr, nullptr, 1, (BYTE*)folder, sizeof folder, &needed))
+        return Failed("GetPrinterDriverDirectoryA");
     snprintf(copy, sizeof copy, "%s\\veldor_test.ppd", folder);
-    if (!CopyFileA(ppd, copy, FALSE)) {
-        printf("copying %s to %s failed: %lu\n", ppd, copy, GetLastError());
-        return 1;
-    }
+    if (!CopyFileA(ppd, copy, FALSE)) return Failed("copying the PPD");
     char driver[] = "Wine PostScript Driver";
     char dll[] = "wineps.drv";
     DRIVER_INFO_3A di = {};
@@ -30,10 +30,8 @@ static int Add(char* name, char* ppd, const char* out) {
     di.pDriverPath = dll;
     di.pConfigFile = dll;
     di.pDataFile = copy;
-    if (!AddPrinterDriverExA(nullptr, 3, (BYTE*)&di, APD_COPY_NEW_FILES)) {
-        printf("AddPrinterDriverExA failed: %lu\n", GetLastError());
-        return 1;
-    }
+    if (!AddPrinterDriverExA(nullptr, 3, (BYTE*)&di, APD_COPY_NEW_FILES))
+        return Failed("AddPrinterDriverExA");
     char port[MAX_PATH + 16];
     snprintf(port, sizeof port, "|cat > %s", out);
     char processor[] = "winprint", datatype[] = "RAW";
@@ -45,15 +43,9 @@ static int Add(char* name, char* ppd, const char* out) {
     pi.pDatatype = datatype;
     pi.Attributes = PRINTER_ATTRIBUTE_LOCAL;
     HANDLE printer = AddPrinterA(nullptr, 2, (BYTE*)&pi);
-    if (printer == nullptr) {
-        printf("AddPrinterA failed: %lu\n", GetLastError());
-        return 1;
-    }
+    if (printer == nullptr) return Failed("AddPrinterA");
     ClosePrinter(printer);
-    if (!SetDefaultPrinterA(name)) {
-        printf("SetDefaultPrinterA failed: %lu\n", GetLastError());
-        return 1;
-    }
+    if (!SetDefaultPrinterA(name)) return Failed("SetDefaultPrinterA");
     printf("printer %s on %s\n", name, port);
     return 0;
 }
@@ -61,10 +53,8 @@ static int Add(char* name, char* ppd, const char* out) {
 static int Remove(char* name) {
     HANDLE printer = nullptr;
     PRINTER_DEFAULTSA access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-    if (!OpenPrinterA(name, &printer, &access) || !DeletePrinter(printer)) {
-        printf("removing %s failed: %lu\n", name, GetLastError());
-        return 1;
-    }
+    if (!OpenPrinterA(name, &printer, &access) || !DeletePrinter(printer))
+        return Failed("removing the printer");
     ClosePrinter(printer);
     return 0;
 }
@@ -73,15 +63,9 @@ static int Remove(char* name) {
 static int Metrics() {
     char name[256];
     DWORD size = sizeof name;
-    if (!GetDefaultPrinterA(name, &size)) {
-        printf("no default printer\n");
-        return 1;
-    }
+    if (!GetDefaultPrinterA(name, &size)) return Failed("GetDefaultPrinterA");
     HDC dc = CreateDCA("WINSPOOL", name, nullptr, nullptr);
-    if (dc == nullptr) {
-        printf("no surface for %s: %lu\n", name, GetLastError());
-        return 1;
-    }
+    if (dc == nullptr) return Failed("CreateDCA");
     TEXTMETRICA tm;
     GetTextMetricsA(dc, &tm);
     printf("lineheight=%ld\nhorzres=%d\nvertres=%d\nhorzsize=%d\nvertsize=%d\n"

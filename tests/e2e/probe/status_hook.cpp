@@ -13,49 +13,39 @@
 
 namespace {
 
-const char MappingName[] = "VeldorProbeStatusLog";
 const int LineSize = 1200;
-
-// Where the lines go; read once from the shared memory.
-char logPath[MAX_PATH];
-int logPathRead;
 
 int IsClass(HWND hwnd, const char* name) {
     char cls[64];
     return GetClassNameA(hwnd, cls, sizeof cls) > 0 && strcmp(cls, name) == 0;
 }
 
-const char* LogPath() {
-    if (logPathRead) return logPath;
-    logPathRead = 1;
-    HANDLE mapping = OpenFileMappingA(FILE_MAP_READ, FALSE, MappingName);
-    if (mapping == nullptr) return logPath;
-    const char* view = (const char*)MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, MAX_PATH);
-    if (view != nullptr) {
-        memcpy(logPath, view, MAX_PATH - 1);
-        logPath[MAX_PATH - 1] = '\0';
-        UnmapViewOfFile(view);
-    }
-    CloseHandle(mapping);
-    return logPath;
-}
-
 void Append(const char* key, const char* text) {
-    const char* path = LogPath();
-    if (path[0] == '\0' || text == nullptr) return;
+    // Where the lines go; read once from the shared memory.
+    static char logPath[MAX_PATH];
+    static int logPathRead;
+    if (!logPathRead) {
+        logPathRead = 1;
+        HANDLE mapping = OpenFileMappingA(FILE_MAP_READ, FALSE, "VeldorProbeStatusLog");
+        const char* view = mapping != nullptr
+                               ? (const char*)MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, MAX_PATH)
+                               : nullptr;
+        if (view != nullptr) {
+            memcpy(logPath, view, MAX_PATH - 1);
+            UnmapViewOfFile(view);
+        }
+        if (mapping != nullptr) CloseHandle(mapping);
+    }
+    if (logPath[0] == '\0' || text == nullptr) return;
     char line[LineSize];
     int n = snprintf(line, sizeof line, "%lu %s=", (unsigned long)GetTickCount(), key);
     for (const char* p = text; *p != '\0' && n < LineSize - 3; p++) {
-        if (*p == '\n') {
-            line[n++] = '\\';
-            line[n++] = 'n';
-        } else if (*p != '\r') {
-            line[n++] = *p;
-        }
+        if (*p == '\n') line[n++] = '\\';
+        if (*p != '\r') line[n++] = *p == '\n' ? 'n' : *p;
     }
     line[n++] = '\n';
-    HANDLE file = CreateFileA(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                              OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE file = CreateFileA(logPath, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return;
     DWORD written = 0;
     WriteFile(file, line, (DWORD)n, &written, nullptr);
@@ -66,8 +56,8 @@ void Append(const char* key, const char* text) {
 
 extern "C" __declspec(dllexport) LRESULT CALLBACK
     StatusHookProc(int code, WPARAM wParam, LPARAM lParam) {
-    if (code == HC_ACTION && lParam != 0) {
-        const CWPSTRUCT* sent = (const CWPSTRUCT*)lParam;
+    const CWPSTRUCT* sent = (const CWPSTRUCT*)lParam;
+    if (code == HC_ACTION && sent != nullptr) {
         if (sent->message == SB_SETTEXTA && IsClass(sent->hwnd, STATUSCLASSNAMEA)) {
             char key[8];
             snprintf(key, sizeof key, "pane%d", (int)(LOWORD(sent->wParam) & 0xFF));
@@ -77,8 +67,4 @@ extern "C" __declspec(dllexport) LRESULT CALLBACK
         }
     }
     return CallNextHookEx(nullptr, code, wParam, lParam);
-}
-
-BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID) {
-    return TRUE;
 }

@@ -3,31 +3,22 @@
 // veldor.exe on the same desktop.
 //
 //   veldor_probe [-d DESKTOP] state
-//       Prints what an operator sees: the window in front, the number of
-//       frames, the frame's caption and state, the three status panes, the
-//       MDI children and the program's other top-level windows (dialogs,
-//       message boxes, open menus: class|title|enabled|handle) with their
-//       controls (class|id|text), and each child's client area on the screen
-//       (client=class|x,y,width,height). Lines are "key=value"; newlines in texts
-//       print as \n.
+//       Prints, as "key=value" lines (newlines in texts as \n), the window in
+//       front (topmost=class|title), the frames, the frame's caption, enabled
+//       and iconic state and status panes, its MDI children (child=class|title,
+//       client=class|x,y,width,height on the screen) and the program's other
+//       top-level windows (window=class|title|enabled|handle) with their
+//       controls (control=class|id|text).
 //   veldor_probe [-d DESKTOP] wait [-t SECONDS] CONDITION...
 //       Polls until every condition holds, then prints the state and ends
-//       with 0; 1 when the time runs out. CONDITION is one of
-//         pane0=TEXT pane1=TEXT pane2=TEXT caption=TEXT   exact text
-//         pane0~TEXT pane1~TEXT pane2~TEXT caption~TEXT   text contains
-//         window=TITLE nowindow=TITLE   a top-level window of the program
-//         topmost=CLASS|TITLE topmost~TEXT   the visible top-level window
-//                                            in front, of any program
-//         frames=N enabled=0|1 iconic=0|1
-//   veldor_probe [-d DESKTOP] watch [-i MILLISECONDS] [-t SECONDS] [-k DLL LOG]
-//       Prints "<ms> key=value" whenever a pane, the caption or the list of
-//       the program's windows changes, and "<ms> frames=0" when the frame
-//       goes, until the time runs out or the probe is ended. A frame that
-//       does not answer within 5 seconds prints "<ms> HUNG". With -k, first
-//       hooks status_hook.dll into the programs of the desktop, which then
-//       append every status text they set to LOG (a Windows path), also
-//       those replaced before a look could see them; "0 hooked" says the
-//       hook is in place.
+//       with 0; 1 when the time runs out. CONDITION: pane0..2, caption and
+//       topmost =TEXT (exact) or ~TEXT (contains); window=TITLE and
+//       nowindow=TITLE (of the program); frames=N, enabled=0|1, iconic=0|1.
+//   veldor_probe [-d DESKTOP] watch [-t SECONDS] [-k DLL LOG]
+//       Prints "<ms> HUNG" when the frame does not answer within 5 seconds.
+//       With -k, first hooks status_hook.dll into the programs of the
+//       desktop, which then append every status text they set to LOG (a
+//       Windows path); "0 hooked" says the hook is in place.
 //
 // Exit codes: 0 done, 1 condition not met in time, 2 no frame, 3 the frame
 // did not answer within 5 seconds (the program hangs), 4 bad arguments.
@@ -35,6 +26,7 @@
 #include <commctrl.h>
 #include <fcntl.h>
 #include <io.h>
+#include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -43,32 +35,9 @@ namespace {
 
 const UINT AnswerTimeoutMs = 5000;
 const int TextSize = 512;
-const int MaxChildren = 16;
 const int MaxWindows = 16;
-const int MaxControls = 48;
 const int MaxConditions = 16;
-
-struct Control {
-    char className[64];
-    int id;
-    char text[TextSize];
-};
-
-struct TopWindow {
-    HWND hwnd;
-    char className[64];
-    char title[TextSize];
-    int enabled;
-    int controlCount;
-    Control controls[MaxControls];
-};
-
-struct Child {
-    char className[64];
-    char title[TextSize];
-    POINT origin;  // the client area's top left corner on the screen
-    RECT client;
-};
+const int ListingSize = 64 * 1024;
 
 struct Snapshot {
     char topmost[TextSize];  // class|title of the visible top-level window in front
@@ -78,12 +47,12 @@ struct Snapshot {
     char caption[TextSize];
     int enabled;
     int iconic;
-    int visible;
     char panes[3][TextSize];
-    int childCount;
-    Child children[MaxChildren];
     int windowCount;
-    TopWindow windows[MaxWindows];
+    char windowTitles[MaxWindows][TextSize];
+    // The child=, client=, window= and control= lines, in the order found.
+    int length;
+    char listing[ListingSize];
 };
 
 // Copies text, turning line breaks and tabs into visible escapes so that a
@@ -91,20 +60,31 @@ struct Snapshot {
 void Escape(const char* in, char* out, int size) {
     int n = 0;
     for (const char* p = in; *p != '\0' && n < size - 3; p++) {
-        if (*p == '\n') {
-            out[n++] = '\\';
-            out[n++] = 'n';
-        } else if (*p == '\r') {
-            out[n++] = '\\';
-            out[n++] = 'r';
-        } else if (*p == '\t') {
-            out[n++] = '\\';
-            out[n++] = 't';
+        const char* escaped = *p == '\n' ? "\\n" : *p == '\r' ? "\\r" : *p == '\t' ? "\\t" : nullptr;
+        if (escaped != nullptr) {
+            memcpy(out + n, escaped, 2);
+            n += 2;
         } else {
             out[n++] = *p;
         }
     }
     out[n] = '\0';
+}
+
+// The window's text, escaped.
+void Text(HWND hwnd, char* out, int size) {
+    char raw[TextSize] = "";
+    GetWindowTextA(hwnd, raw, sizeof raw);
+    Escape(raw, out, size);
+}
+
+// Appends one line to the snapshot's listing.
+void List(Snapshot* s, const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    int wrote = vsnprintf(s->listing + s->length, (size_t)(ListingSize - s->length), format, args);
+    va_end(args);
+    if (wrote > 0 && s->length + wrote < ListingSize) s->length += wrote;
 }
 
 struct FrameSearch {
@@ -129,20 +109,19 @@ struct WindowSearch {
 };
 
 BOOL CALLBACK AddControl(HWND hwnd, LPARAM param) {
-    TopWindow* window = (TopWindow*)param;
-    if (window->controlCount >= MaxControls) return FALSE;
     if (!IsWindowVisible(hwnd)) return TRUE;
-    Control& control = window->controls[window->controlCount++];
-    GetClassNameA(hwnd, control.className, sizeof control.className);
-    control.id = GetDlgCtrlID(hwnd);
+    char cls[64] = "";
     char raw[TextSize] = "";
+    char text[TextSize];
+    GetClassNameA(hwnd, cls, sizeof cls);
     // An edit of another process keeps its text to itself: ask for it.
     DWORD_PTR ignored = 0;
-    if (strcmp(control.className, "Edit") != 0 ||
+    if (strcmp(cls, "Edit") != 0 ||
         !SendMessageTimeoutA(hwnd, WM_GETTEXT, sizeof raw, (LPARAM)raw, SMTO_ABORTIFHUNG,
                              AnswerTimeoutMs, &ignored))
         GetWindowTextA(hwnd, raw, sizeof raw);
-    Escape(raw, control.text, sizeof control.text);
+    Escape(raw, text, sizeof text);
+    List((Snapshot*)param, "control=%s|%d|%s\n", cls, GetDlgCtrlID(hwnd), text);
     return TRUE;
 }
 
@@ -154,15 +133,12 @@ BOOL CALLBACK AddTopWindow(HWND hwnd, LPARAM param) {
     if (processId != search->processId) return TRUE;
     Snapshot* s = search->snapshot;
     if (s->windowCount >= MaxWindows) return FALSE;
-    TopWindow& window = s->windows[s->windowCount++];
-    memset(&window, 0, sizeof window);
-    window.hwnd = hwnd;
-    GetClassNameA(hwnd, window.className, sizeof window.className);
-    char raw[TextSize] = "";
-    GetWindowTextA(hwnd, raw, sizeof raw);
-    Escape(raw, window.title, sizeof window.title);
-    window.enabled = IsWindowEnabled(hwnd) ? 1 : 0;
-    EnumChildWindows(hwnd, AddControl, (LPARAM)&window);
+    char cls[64] = "";
+    char* title = s->windowTitles[s->windowCount++];
+    GetClassNameA(hwnd, cls, sizeof cls);
+    Text(hwnd, title, TextSize);
+    List(s, "window=%s|%s|%d|%p\n", cls, title, IsWindowEnabled(hwnd) ? 1 : 0, (void*)hwnd);
+    EnumChildWindows(hwnd, AddControl, (LPARAM)s);
     return TRUE;
 }
 
@@ -176,50 +152,35 @@ int Ask(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, DWORD_PTR* result
     return GetTickCount() - start >= AnswerTimeoutMs - 100 && IsWindow(hwnd) ? -1 : 0;
 }
 
-// Reads one pane of the status bar: the text is copied into memory of the
-// program's own process and read back from there. As Ask.
-int ReadPane(HWND bar, HANDLE process, void* remote, int pane, char* out, int size) {
-    DWORD_PTR length = 0;
-    int answered = Ask(bar, SB_GETTEXTLENGTHA, (WPARAM)pane, 0, &length);
-    if (answered != 1) return answered;
-    if (LOWORD(length) >= TextSize) return 1;
-    DWORD_PTR ignored = 0;
-    answered = Ask(bar, SB_GETTEXTA, (WPARAM)pane, (LPARAM)remote, &ignored);
-    if (answered != 1) return answered;
-    char raw[TextSize];
-    SIZE_T got = 0;
-    memset(raw, 0, sizeof raw);
-    if (!ReadProcessMemory(process, remote, raw, sizeof raw - 1, &got)) raw[0] = '\0';
-    raw[sizeof raw - 1] = '\0';
-    Escape(raw, out, size);
-    return 1;
+// Reads the three panes of the status bar: each text is copied into memory
+// of the program's own process and read back from there. As Ask.
+int ReadPanes(HWND bar, DWORD processId, Snapshot* s) {
+    HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE,
+                                 FALSE, processId);
+    void* remote = process != nullptr ? VirtualAllocEx(process, nullptr, TextSize, MEM_COMMIT,
+                                                       PAGE_READWRITE)
+                                      : nullptr;
+    int answered = 1;
+    for (int pane = 0; pane < 3 && remote != nullptr && answered == 1; pane++) {
+        DWORD_PTR length = 0;
+        answered = Ask(bar, SB_GETTEXTLENGTHA, (WPARAM)pane, 0, &length);
+        if (answered != 1 || LOWORD(length) >= TextSize) continue;
+        answered = Ask(bar, SB_GETTEXTA, (WPARAM)pane, (LPARAM)remote, &length);
+        char raw[TextSize] = "";
+        SIZE_T got = 0;
+        if (answered == 1 && ReadProcessMemory(process, remote, raw, sizeof raw - 1, &got))
+            Escape(raw, s->panes[pane], TextSize);
+    }
+    if (remote != nullptr) VirtualFreeEx(process, remote, 0, MEM_RELEASE);
+    if (process != nullptr) CloseHandle(process);
+    return answered;
 }
 
-// Remote buffer for the status bar texts, kept for the life of the probe.
-struct Remote {
-    DWORD processId;
-    HANDLE process;
-    void* buffer;
-};
-Remote remote;
-
-void* RemoteBuffer(DWORD processId, HANDLE* process) {
-    if (remote.process != nullptr && remote.processId != processId) {
-        CloseHandle(remote.process);
-        remote.process = nullptr;
-        remote.buffer = nullptr;
-    }
-    if (remote.process == nullptr) {
-        remote.process = OpenProcess(
-            PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE | PROCESS_QUERY_INFORMATION,
-            FALSE, processId);
-        if (remote.process == nullptr) return nullptr;
-        remote.processId = processId;
-        remote.buffer =
-            VirtualAllocEx(remote.process, nullptr, TextSize, MEM_COMMIT, PAGE_READWRITE);
-    }
-    *process = remote.process;
-    return remote.buffer;
+// What an answer of the frame (as Ask) makes of the snapshot: 1 to go on.
+int Answered(Snapshot* s, int answered) {
+    s->hung = answered < 0 ? 1 : 0;
+    if (answered == 0) s->found = 0;
+    return answered == 1;
 }
 
 void TakeSnapshot(Snapshot* s) {
@@ -227,62 +188,40 @@ void TakeSnapshot(Snapshot* s) {
     FrameSearch search = {nullptr, 0};
     EnumWindows(CountFrames, (LPARAM)&search);
     s->frames = search.count;
-    for (HWND top = GetTopWindow(nullptr); top != nullptr; top = GetWindow(top, GW_HWNDNEXT)) {
-        if (!IsWindowVisible(top)) continue;
-        char cls[64] = "";
-        char title[TextSize] = "";
-        GetClassNameA(top, cls, sizeof cls);
-        GetWindowTextA(top, title, sizeof title);
-        char raw[TextSize];
-        snprintf(raw, sizeof raw, "%s|%s", cls, title);
-        Escape(raw, s->topmost, sizeof s->topmost);
-        break;
+    HWND top = GetTopWindow(nullptr);
+    while (top != nullptr && !IsWindowVisible(top)) top = GetWindow(top, GW_HWNDNEXT);
+    if (top != nullptr) {
+        GetClassNameA(top, s->topmost, 64);
+        strcat(s->topmost, "|");
+        Text(top, s->topmost + strlen(s->topmost), TextSize - 64);
     }
     HWND frame = search.first;
     if (frame == nullptr) return;
     s->found = 1;
-
     DWORD_PTR ignored = 0;
-    int answered = Ask(frame, WM_NULL, 0, 0, &ignored);
-    if (answered != 1) {
-        s->hung = answered < 0 ? 1 : 0;
-        if (!s->hung) s->found = 0;
-        return;
-    }
-    char raw[TextSize] = "";
-    GetWindowTextA(frame, raw, sizeof raw);
-    Escape(raw, s->caption, sizeof s->caption);
+    if (!Answered(s, Ask(frame, WM_NULL, 0, 0, &ignored))) return;
+    Text(frame, s->caption, TextSize);
     s->enabled = IsWindowEnabled(frame) ? 1 : 0;
     s->iconic = IsIconic(frame) ? 1 : 0;
-    s->visible = IsWindowVisible(frame) ? 1 : 0;
 
     DWORD processId = 0;
     GetWindowThreadProcessId(frame, &processId);
     HWND bar = FindWindowExA(frame, nullptr, STATUSCLASSNAMEA, nullptr);
-    HANDLE process = nullptr;
-    void* buffer = RemoteBuffer(processId, &process);
-    if (bar != nullptr && buffer != nullptr) {
-        for (int pane = 0; pane < 3; pane++) {
-            answered = ReadPane(bar, process, buffer, pane, s->panes[pane], TextSize);
-            if (answered != 1) {
-                s->hung = answered < 0 ? 1 : 0;
-                if (!s->hung) s->found = 0;
-                return;
-            }
-        }
-    }
+    if (bar != nullptr && !Answered(s, ReadPanes(bar, processId, s))) return;
 
     HWND client = FindWindowExA(frame, nullptr, "MDIClient", nullptr);
     for (HWND child = client != nullptr ? GetWindow(client, GW_CHILD) : nullptr;
-         child != nullptr && s->childCount < MaxChildren; child = GetWindow(child, GW_HWNDNEXT)) {
-        Child& c = s->children[s->childCount++];
-        GetClassNameA(child, c.className, sizeof c.className);
-        char title[TextSize] = "";
-        GetWindowTextA(child, title, sizeof title);
-        Escape(title, c.title, sizeof c.title);
-        c.origin = POINT{0, 0};
-        ClientToScreen(child, &c.origin);
-        GetClientRect(child, &c.client);
+         child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        char cls[64] = "";
+        char title[TextSize];
+        POINT origin = {0, 0};  // the client area's top left corner on the screen
+        RECT area;
+        GetClassNameA(child, cls, sizeof cls);
+        Text(child, title, sizeof title);
+        ClientToScreen(child, &origin);
+        GetClientRect(child, &area);
+        List(s, "child=%s|%s\nclient=%s|%ld,%ld,%ld,%ld\n", cls, title, cls, origin.x, origin.y,
+             area.right, area.bottom);
     }
 
     WindowSearch windows = {processId, frame, s};
@@ -290,36 +229,21 @@ void TakeSnapshot(Snapshot* s) {
 }
 
 void PrintSnapshot(const Snapshot& s) {
-    printf("frames=%d\n", s.frames);
-    printf("topmost=%s\n", s.topmost);
+    printf("frames=%d\ntopmost=%s\n", s.frames, s.topmost);
     if (!s.found) return;
     if (s.hung) {
         printf("hung=1\n");
         return;
     }
-    printf("caption=%s\n", s.caption);
-    printf("enabled=%d\n", s.enabled);
-    printf("iconic=%d\n", s.iconic);
-    printf("visible=%d\n", s.visible);
+    printf("caption=%s\nenabled=%d\niconic=%d\n", s.caption, s.enabled, s.iconic);
     for (int pane = 0; pane < 3; pane++) printf("pane%d=%s\n", pane, s.panes[pane]);
-    for (int i = 0; i < s.childCount; i++)
-        printf("child=%s|%s\n", s.children[i].className, s.children[i].title);
-    for (int i = 0; i < s.childCount; i++)
-        printf("client=%s|%ld,%ld,%ld,%ld\n", s.children[i].className, s.children[i].origin.x,
-               s.children[i].origin.y, s.children[i].client.right, s.children[i].client.bottom);
-    for (int i = 0; i < s.windowCount; i++) {
-        const TopWindow& w = s.windows[i];
-        printf("window=%s|%s|%d|%p\n", w.className, w.title, w.enabled, (void*)w.hwnd);
-        for (int c = 0; c < w.controlCount; c++)
-            printf("control=%s|%d|%s\n", w.controls[c].className, w.controls[c].id,
-                   w.controls[c].text);
-    }
+    fputs(s.listing, stdout);
     fflush(stdout);
 }
 
 int HasWindow(const Snapshot& s, const char* title) {
     for (int i = 0; i < s.windowCount; i++)
-        if (strcmp(s.windows[i].title, title) == 0) return 1;
+        if (strcmp(s.windowTitles[i], title) == 0) return 1;
     return 0;
 }
 
@@ -362,7 +286,6 @@ int Holds(const Snapshot& s, const Condition& c) {
 }
 
 Snapshot current;
-Snapshot previous;
 
 int RunState() {
     TakeSnapshot(&current);
@@ -388,32 +311,13 @@ int RunWait(int argc, char** argv) {
     DWORD start = GetTickCount();
     for (;;) {
         TakeSnapshot(&current);
-        if (current.hung) {
-            PrintSnapshot(current);
-            return 3;
-        }
         int all = 1;
         for (int i = 0; i < count && all; i++) all = Holds(current, conditions[i]);
-        if (all) {
+        if (current.hung || all || GetTickCount() - start > (DWORD)(seconds * 1000)) {
             PrintSnapshot(current);
-            return 0;
-        }
-        if (GetTickCount() - start > (DWORD)(seconds * 1000)) {
-            PrintSnapshot(current);
-            return 1;
+            return current.hung ? 3 : all ? 0 : 1;
         }
         Sleep(50);
-    }
-}
-
-void WindowList(const Snapshot& s, char* out, int size) {
-    out[0] = '\0';
-    int n = 0;
-    for (int i = 0; i < s.windowCount && n < size - 1; i++) {
-        int wrote =
-            snprintf(out + n, (size_t)(size - n), "%s%s", i > 0 ? "|" : "", s.windows[i].title);
-        if (wrote < 0) break;
-        n += wrote;
     }
 }
 
@@ -423,24 +327,19 @@ void WindowList(const Snapshot& s, char* out, int size) {
 int InstallStatusHook(const char* dllPath, const char* logPath) {
     HANDLE mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, MAX_PATH,
                                         "VeldorProbeStatusLog");
-    if (mapping == nullptr) return 0;
-    char* view = (char*)MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, MAX_PATH);
-    if (view == nullptr) return 0;
-    snprintf(view, MAX_PATH, "%s", logPath);
-    HMODULE dll = LoadLibraryA(dllPath);
-    if (dll == nullptr) return 0;
-    HOOKPROC proc = (HOOKPROC)(void*)GetProcAddress(dll, "StatusHookProc");
+    char* view = mapping != nullptr ? (char*)MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, MAX_PATH)
+                                    : nullptr;
+    HMODULE dll = view != nullptr ? LoadLibraryA(dllPath) : nullptr;
+    HOOKPROC proc = dll != nullptr ? (HOOKPROC)(void*)GetProcAddress(dll, "StatusHookProc") : nullptr;
     if (proc == nullptr) return 0;
+    snprintf(view, MAX_PATH, "%s", logPath);
     return SetWindowsHookExA(WH_CALLWNDPROC, proc, dll, 0) != nullptr;
 }
 
 int RunWatch(int argc, char** argv) {
-    int interval = 50;
     double seconds = 600;
     for (int i = 0; i < argc; i++) {
-        if (strcmp(argv[i], "-i") == 0 && i + 1 < argc) {
-            interval = atoi(argv[++i]);
-        } else if (strcmp(argv[i], "-t") == 0 && i + 1 < argc) {
+        if (strcmp(argv[i], "-t") == 0 && i + 1 < argc) {
             seconds = atof(argv[++i]);
         } else if (strcmp(argv[i], "-k") == 0 && i + 2 < argc) {
             if (!InstallStatusHook(argv[i + 1], argv[i + 2])) {
@@ -448,7 +347,6 @@ int RunWatch(int argc, char** argv) {
                 return 4;
             }
             printf("0 hooked\n");
-            fflush(stdout);
             i += 2;
         } else {
             fprintf(stderr, "veldor_probe: bad watch argument '%s'\n", argv[i]);
@@ -456,39 +354,16 @@ int RunWatch(int argc, char** argv) {
         }
     }
     DWORD start = GetTickCount();
-    int seen = 0;
     int wasHung = 0;
-    char windows[TextSize * 2];
-    char before[TextSize * 2] = "";
-    memset(&previous, 0, sizeof previous);
     while (GetTickCount() - start < (DWORD)(seconds * 1000)) {
-        TakeSnapshot(&current);
-        DWORD ms = GetTickCount() - start;
-        if (current.hung && !wasHung) printf("%lu HUNG\n", (unsigned long)ms);
-        wasHung = current.hung;
-        if (!current.found) {
-            if (seen) printf("%lu frames=0\n", (unsigned long)ms);
-            seen = 0;
-            memset(&previous, 0, sizeof previous);
-            before[0] = '\0';
-        } else if (!current.hung) {
-            if (!seen || current.frames != previous.frames)
-                printf("%lu frames=%d\n", (unsigned long)ms, current.frames);
-            seen = 1;
-            for (int pane = 0; pane < 3; pane++)
-                if (strcmp(current.panes[pane], previous.panes[pane]) != 0)
-                    printf("%lu pane%d=%s\n", (unsigned long)ms, pane, current.panes[pane]);
-            if (strcmp(current.caption, previous.caption) != 0)
-                printf("%lu caption=%s\n", (unsigned long)ms, current.caption);
-            WindowList(current, windows, sizeof windows);
-            if (strcmp(windows, before) != 0) {
-                printf("%lu windows=%s\n", (unsigned long)ms, windows);
-                memcpy(before, windows, sizeof before);
-            }
-            previous = current;
-        }
+        FrameSearch search = {nullptr, 0};
+        EnumWindows(CountFrames, (LPARAM)&search);
+        DWORD_PTR ignored = 0;
+        int hung = search.first != nullptr && Ask(search.first, WM_NULL, 0, 0, &ignored) < 0;
+        if (hung && !wasHung) printf("%lu HUNG\n", (unsigned long)(GetTickCount() - start));
+        wasHung = hung;
         fflush(stdout);
-        Sleep((DWORD)interval);
+        Sleep(50);
     }
     return 0;
 }
@@ -507,10 +382,8 @@ int UseDesktop(const char* name) {
 }
 
 int Usage() {
-    fprintf(stderr,
-            "usage: veldor_probe [-d DESKTOP] state\n"
-            "       veldor_probe [-d DESKTOP] wait [-t SECONDS] CONDITION...\n"
-            "       veldor_probe [-d DESKTOP] watch [-i MS] [-t SECONDS]\n");
+    fputs("usage: veldor_probe [-d DESKTOP] state | wait [-t SECONDS] CONDITION... |"
+          " watch [-t SECONDS] [-k DLL LOG]\n", stderr);
     return 4;
 }
 
