@@ -550,6 +550,9 @@ TEST_F(DataFile, DamagedFilesAreReportedAndLeaveWhatTheyMust) {
         EXPECT_EQ(c.storeKept ? 2 : 0, tagCount);
         EXPECT_STREQ(c.storeKept ? "old.cal" : "", recordingParams.calFileName[0]);
         for (int i = 1; i < 4; i++) EXPECT_STREQ("", recordingParams.calFileName[i]);
+        // A text field without its NUL is still cut to a terminated text.
+        for (int i = 0; i < 4; i++)
+            EXPECT_GT((size_t)ChannelLabelSize, strnlen(channelLabels[i], ChannelLabelSize));
         EXPECT_TRUE(fake.repaints.empty() && fake.notifications.empty());
         EXPECT_EQ(0, fake.busy);
     }
