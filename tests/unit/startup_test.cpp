@@ -67,6 +67,7 @@ TEST_F(Startup, StoredKeysAreTaken) {
     WriteSetting(KeyAveraging, "7");
     WriteSetting(KeyLoadStoredData, "0");
     WriteSetting(KeyTzrEnable, "1");
+    WriteSetting(KeyAr3000aEnable, "-1");
     WriteSetting(KeyPlotPowerBreak1, "81.5");
     WriteSetting(KeyPlotPowerBreak2, "55.5");
     WriteSetting(KeyPlotDotSize, "7");
@@ -83,9 +84,15 @@ TEST_F(Startup, StoredKeysAreTaken) {
     EXPECT_FLOAT_EQ(81.5f, powerBreak[0]);
     EXPECT_FLOAT_EQ(55.5f, powerBreak[1]);
     // Any value but 0 sets a flag.
-    EXPECT_EQ(STATUS_DISTANCE_INTERVAL | STATUS_AVERAGING | STATUS_TZR_MODE,
+    EXPECT_EQ(STATUS_DISTANCE_INTERVAL | STATUS_AVERAGING | STATUS_TZR_MODE | STATUS_AR3000A_MODE,
               statusFlags & (STATUS_DISTANCE_INTERVAL | STATUS_AVERAGING | STATUS_LOAD_STORED |
                              STATUS_TZR_MODE | STATUS_AR3000A_MODE));
+
+    // The first-run layout is taken once: "Status" 1 becomes 2.
+    WriteSetting(KeySetupStatus, "1");
+    EXPECT_EQ(1, TakeFirstRunLayout());
+    EXPECT_EQ("2", StoredSetting("Setup", "Status"));
+    EXPECT_EQ(0, TakeFirstRunLayout());
 }
 
 TEST_F(Startup, FrameIsKeptOnTheScreen) {

@@ -83,7 +83,7 @@ TEST(IniFile, NumbersReadAsTheProfileCallsGiveThem) {
         "[N]\r\na=-1\r\nb=12abc\r\nc=abc\r\nd=0x10\r\ne=0X10\r\nf=+5\r\ng=-0x10\r\n"
         "h=4294967295\r\ni=2147483648\r\nj=99999999999\r\nk=\"12\"\r\nl=\r\nm\r\n"
         "n=123456789012345678901234567890123\r\no=0b101\r\np=- 5\r\nq= 42 \r\n"
-        "r=0xAf\r\ns=0xa1G\r\n");
+        "r=0xAf\r\ns=0xa1G\r\nt=0o17\r\n");
     const struct {
         const char* key;
         int expected;
@@ -95,6 +95,7 @@ TEST(IniFile, NumbersReadAsTheProfileCallsGiveThem) {
         {"m", -7},         {"missing", -7}, {"n", 1849262357},
         {"o", 5},          {"p", 0},        {"q", 42},
         {"r", 175},        {"s", 161},  // hex digits of either case; G ends the number
+        {"t", 15},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(IniGetInt("N", c.key, -7, path.c_str()), c.expected) << c.key;
@@ -464,7 +465,7 @@ TEST_F(DataFile, EveryVersionReadsWithItsOffsetsAndDefaultsAndSavesAsV14) {
     } versions[] = {
         // v1.0: intervals and distance supplied, the current input channel kept
         // and copied, no times, tags and labels untouched.
-        {"v1_0.dat", 1000000000u, 5, 500, 0, 2, 3, false, old, "Old label"},
+        {"v1_0.dat", 1000000000u, 5, 500, 0, 5, 3, false, old, "Old label"},
         // v1.1: the input channel directly behind the seconds (offset 34); bytes
         // behind the last record are ignored.
         {"v1_1.dat", 1100000000u, 7, 500, 0, 2, 4, false, old, "Old label"},
@@ -478,7 +479,7 @@ TEST_F(DataFile, EveryVersionReadsWithItsOffsetsAndDefaultsAndSavesAsV14) {
         {"v1_4.dat", 1400000000u, 3, 20, 1, 0, 4, true, all, "North mast"},
     };
     FillPreviousSurvey();
-    currentInputChannel = 2;
+    currentInputChannel = 5;
     std::string path = TempTestPath("upgraded.dat");
     for (const auto& v : versions) {
         SCOPED_TRACE(v.file);

@@ -594,11 +594,12 @@ TEST_F(RecordingEngine, TzrChannelStepping) {
 TEST_F(RecordingEngine, AutosaveCountsRecordingTicksOnly) {
     statusFlags |= STATUS_AUTOSAVE;
     strcpy(dataFileName, "C:\\survey.DAT");
-    autosaveMinutes = 5;
+    autosaveMinutes = 1;
+    autosaveTicks = 100;  // left from an earlier recording
     StartRecording();
     Tick(1);
     EXPECT_EQ(std::vector<int>{IDM_FILE_SAVE}, fake.frameCommands);
-    for (int i = 0; i < 299; i++) Tick(1);
+    for (int i = 0; i < 59; i++) Tick(1);
     EXPECT_EQ(1u, fake.frameCommands.size());
     // Stop saves at once and lets a suspended Plot draw again; idle ticks do
     // not count.
@@ -611,7 +612,18 @@ TEST_F(RecordingEngine, AutosaveCountsRecordingTicksOnly) {
     statusFlags |= STATUS_RECORDING;
     Tick(1);
     EXPECT_EQ(3u, fake.frameCommands.size());
-    EXPECT_EQ(300, autosaveTicks);
+    EXPECT_EQ(60, autosaveTicks);
+
+    // No file name: Yes to the question, then a cancelled chooser turns
+    // autosave off.
+    StopRecording();
+    dataFileName[0] = '\0';
+    fake.answers = {1};
+    StartRecording();
+    EXPECT_EQ(std::vector<std::string>{"Autosave is enabled but no filename is defined\n\n"
+                                       "Do you want to specify a filename?"},
+              fake.questions);
+    EXPECT_FALSE(statusFlags & STATUS_AUTOSAVE);
 }
 
 }  // namespace
