@@ -112,9 +112,7 @@ e2e_wait() {
 }
 # e2e_expect MESSAGE CONDITION...: waits, and fails with MESSAGE on a timeout.
 e2e_expect() {
-  local message="$1"
-  shift
-  e2e_wait "$@" || e2e_fail "$message; the program showed: $(grep -v '^control=' "$ART/last_probe.txt" | tr '\n' ' ')"
+  e2e_wait "${@:2}" || e2e_fail "$1; the program showed: $(grep -v '^control=' "$ART/last_probe.txt" | tr '\n' ' ')"
 }
 
 # Makes sure that COM1, COM3 and COM4 of the prefix lead where the
@@ -262,20 +260,18 @@ e2e_wire_mark() { E2E_WIRE=$(e2e_received | wc -l); }
 # e2e_expect_wire [-p] WHAT BODY...: exactly these bodies (with -p: these
 # first) went out since e2e_wire_mark; none at all when none are given.
 e2e_expect_wire() {
-  local first=0 what want got
+  local first=0 count want got
   if [ "$1" = -p ]; then
     first=1
     shift
   fi
-  what="$1"
-  shift
-  local count=$#
-  want="$(printf '%s\n' "$@" | sed '/^$/d')"
+  count=$(($# - 1))
+  want="$(printf '%s\n' "${@:2}" | sed '/^$/d')"
   e2e_until 10 '[ "$(e2e_received_after "$E2E_WIRE" | wc -l)" -ge "$count" ]' || true
   sleep 0.5
   got="$(e2e_received_after "$E2E_WIRE")"
-  [ "$first" = 0 ] || got="$(head -n $# <<<"$got")"
-  [ "$got" = "$want" ] || e2e_fail "$what: sent [$(echo "$got" | tr '\n' ' ')], not [$*]"
+  [ "$first" = 0 ] || got="$(head -n "$count" <<<"$got")"
+  [ "$got" = "$want" ] || e2e_fail "$1: sent [$(echo "$got" | tr '\n' ' ')], not [${*:2}]"
 }
 # How many samples the simulator has sent.
 e2e_samples_sent() { grep -c '^[0-9]* TX RA ' "$SIM_LOG" 2>/dev/null || true; }
@@ -427,11 +423,10 @@ e2e_open_dialog() {
 }
 # e2e_expect_ini SECTION KEY=VALUE...: the settings file holds these values now.
 e2e_expect_ini() {
-  local section="$1" pair got
-  shift
-  for pair in "$@"; do
-    got="$(e2e_ini_value "$section" "${pair%%=*}")"
-    [ "$got" = "${pair#*=}" ] || e2e_fail "[$section] ${pair%%=*} is \"$got\", not \"${pair#*=}\""
+  local pair got
+  for pair in "${@:2}"; do
+    got="$(e2e_ini_value "$1" "${pair%%=*}")"
+    [ "$got" = "${pair#*=}" ] || e2e_fail "[$1] ${pair%%=*} is \"$got\", not \"${pair#*=}\""
   done
 }
 # e2e_ini_mark, then e2e_ini_unchanged WHAT: the settings file's bytes did not change.
@@ -447,25 +442,26 @@ e2e_has_labels() {
 }
 
 # ---- Tables of steps -----------------------------------------------------------------------------
+# e2e_split TEXT: the parts of TEXT between "; ", into the array E2E_PARTS.
+e2e_split() { IFS=";" read -r -a E2E_PARTS <<<"${1//; /;}"; }
 # e2e_step KEYS [EXPECT [SETTINGS [WIRE [SHOT]]]]: one row of a table of steps.
 #   KEYS      the keys pressed (e2e_keys: ":TEXT" typed), split at spaces
 #             ("\ " a space typed);
-#   EXPECT    what holds within 15 s, ";" between: probe conditions
+#   EXPECT    what holds within 15 s, "; " between: probe conditions
 #             (window=TITLE, nowindow=TITLE, enabled=1...), status=TEXT (a
 #             status line set since the row began), box=TEXT (a box says it,
 #             see e2e_says), control=CLASS,ID,TEXT (a control shows TEXT);
 #   SETTINGS  "[SECTION] KEY=VALUE; KEY=VALUE; [SECTION] ..." held by the
 #             settings file; "unchanged": its bytes as at e2e_ini_mark;
-#   WIRE      the bodies sent since e2e_wire_mark, ";" between; "none": none;
+#   WIRE      the bodies sent since e2e_wire_mark, "; " between; "none": none;
 #   SHOT      a screenshot's name, taken half a second after EXPECT holds.
 e2e_step() {
-  local keys items item conds=() check='e2e_wait -t 1 "${conds[@]}"' section="" bodies=()
+  local keys item conds=() check='e2e_wait -t 1 "${conds[@]}"' section=""
   read -a keys <<<"$1"
   e2e_mark
   e2e_keys "${keys[@]}"
-  IFS=';' read -r -a items <<<"${2:-}"
-  for item in "${items[@]}"; do
-    read -r item <<<"$item"
+  e2e_split "${2:-}"
+  for item in "${E2E_PARTS[@]}"; do
     case "$item" in
       "") ;;
       status=*) check+=" && e2e_status_seen $(printf %q "${item#status=}")" ;;
@@ -480,9 +476,8 @@ e2e_step() {
   if [ "${3:-}" = unchanged ]; then
     e2e_ini_unchanged "\"$1\""
   elif [ -n "${3:-}" ]; then
-    IFS=';' read -r -a items <<<"$3"
-    for item in "${items[@]}"; do
-      read -r item <<<"$item"
+    e2e_split "$3"
+    for item in "${E2E_PARTS[@]}"; do
       if [[ "$item" =~ ^\[([^]]*)\]\ *(.*)$ ]]; then
         section="${BASH_REMATCH[1]}"
         item="${BASH_REMATCH[2]}"
@@ -491,12 +486,8 @@ e2e_step() {
     done
   fi
   if [ -n "${4:-}" ]; then
-    IFS=';' read -r -a items <<<"${4/#none/}"
-    for item in "${items[@]}"; do
-      read -r item <<<"$item"
-      bodies+=("$item")
-    done
-    e2e_expect_wire "\"$1\"" "${bodies[@]}"
+    e2e_split "${4/#none/}"
+    e2e_expect_wire "\"$1\"" "${E2E_PARTS[@]}"
   fi
 }
 # e2e_rows FUNCTION: FUNCTION called for each line "A | B | ..." of the

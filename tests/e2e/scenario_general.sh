@@ -1,13 +1,10 @@
 #!/usr/bin/env bash
 # The settings dialogs, on a survey of 300 records with TZR4100 mode on:
-#   - Display: Milliseconds, "+/-" and Raw written as 4, 2 and -1 and drawn;
-#     Cancel writes nothing;
-#   - the Plot's Colours/Size: the spin, breaks that do not fall and a dot
-#     size of 60 refused; 95/90/85 and 9 written, and the dots drawn so;
-#   - Record > Settings: Distance refused in TZR4100 mode; then the interval,
-#     autosave, averaging and the channel labels written and drawn;
-#   - Preferences: another Listing font, sizes 28 and 20 and the full path
-#     written; the caption shows the path and the Listing's rows grow.
+# Display's formats written as 4, 2 and -1 and drawn, Cancel writing
+# nothing; the Plot's Colours/Size spin, its two refusals, then new breaks
+# and dot size written and drawn; Record > Settings refusing Distance in
+# TZR4100 mode, then its keys and channel labels written and drawn;
+# Preferences' fonts, sizes and full path written, the rows grown.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
 

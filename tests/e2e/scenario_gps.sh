@@ -1,12 +1,10 @@
 #!/usr/bin/env bash
-# Configure > GPS with the simulator on COM1, which answers "OS" with
-# "ET 8 0xC000": the dialog opens with the PC's date and the "GPS Set"
-# defaults; each refused Set shows its message in a box owned by the dialog,
-# keeps the field, sends nothing and writes nothing; the Sets, Initalise,
-# Reset and Self test put exactly their frames on the wire, each with its
-# status line, write their fields back normalised and store the keys; the
-# self test's report lists "Antenna short" alone; reopened, the dialog shows
-# what was set.
+# Configure > GPS, the simulator answering "OS" with "ET 8 0xC000": the PC's
+# date and the "GPS Set" defaults; each refused Set's message in a box over
+# the dialog, the field kept, nothing sent or written; the Sets, Initalise,
+# Reset and Self test each put exactly its frame on the wire with its status
+# line, write their fields back normalised and store the keys; the report
+# lists "Antenna short" alone; reopened, the dialog shows what was set.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 TITLE="VELDOR - Configure GPS"

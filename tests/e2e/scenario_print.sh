@@ -1,11 +1,10 @@
 #!/usr/bin/env bash
-# File > Print on a PostScript printer of Wine's driver whose port writes
-# each job to a file (printer/file_printer.cpp): the message with no
-# printer; the listing's text, by Ghostscript, line by line and page by page
-# as the file and the printer's metrics say, in two formats; the plot in its
-# three area modes, rendered: each dot where the scale puts it, in its
-# colour, nothing else, and bad areas refused; Cancel in AbortBox during a
-# full store's listing; the time of a full store's listing and plot.
+# File > Print on a PostScript printer of Wine's driver that writes each job
+# to a file (printer/file_printer.cpp): the message with no printer; the
+# listing's text, page by page as the file and the printer's metrics say, in
+# two formats; the plot in its three area modes, each dot where the scale
+# puts it and nothing else, bad areas refused; Cancel in AbortBox; the time
+# of a full store's listing and plot.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
 CHECK="python3 $E2E_ROOT_DIR/tests/e2e/print_check.py"
@@ -107,15 +106,12 @@ specify() {
   for field in "$@"; do e2e_keys Tab ":$field"; done
   e2e_key Return
 }
-refused() {
-  e2e_refused "$PLOT" "$1*"
-  e2e_key Escape
-  e2e_expect "the dialog did not close" -t 10 "nowindow=$PLOT" enabled=1
-}
 specify "51.5 N" "-1" "51 30 20 N" "0 59.5 W" 20 30 180 250
-refused "Co-ordinates are invalid"
+e2e_refused "$PLOT" "Co-ordinates are invalid*"
+e2e_step Escape "nowindow=$PLOT; enabled=1"
 specify "51 30 20 N" "-1" "51.5 N" "0 59.5 W" 20 30 210 250
-refused "The defined print area does not fit on the page"
+e2e_refused "$PLOT" "The defined print area does not fit on the page*"
+e2e_step Escape "nowindow=$PLOT; enabled=1"
 e2e_expect_ini "Plot scale" "TL Lat="
 
 specify "51 30 20 N" "-1" "51.5 N" "0 59.5 W" 20 30 180 250

@@ -290,8 +290,7 @@ Snapshot current;
 int RunState() {
     TakeSnapshot(&current);
     PrintSnapshot(current);
-    if (!current.found) return 2;
-    return current.hung ? 3 : 0;
+    return !current.found ? 2 : current.hung ? 3 : 0;
 }
 
 int RunWait(int argc, char** argv) {
