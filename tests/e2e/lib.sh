@@ -82,6 +82,8 @@ e2e_fail() {
   exit 1
 }
 e2e_pass() { echo "ok [$E2E_SCENARIO]: $*"; }
+# e2e_same WHAT GOT WANT: GOT is WANT, or the scenario fails saying what it got.
+e2e_same() { [ "$2" = "$3" ] || e2e_fail "$1: \"$2\", not \"$3\""; }
 
 # e2e_until SECONDS CONDITION: CONDITION (shell text, run again every
 # 0.1 s) holds within SECONDS; 1 when the time ran out.
@@ -396,10 +398,10 @@ e2e_close_box() {
   done
   e2e_fail "$1"
 }
-# e2e_refused TITLE TEXT [owned]: a box says TEXT (over the dialog with
-# "owned"), Return closes it and the dialog TITLE stays open.
+# e2e_refused TITLE TEXT: a box says TEXT, Return closes it and the dialog
+# TITLE stays open.
 e2e_refused() {
-  e2e_box "$2" "${3:+$1}"
+  e2e_box "$2"
   e2e_close_box "the box \"$2\" did not close"
   e2e_expect "the dialog closed after \"$2\"" -t 10 nowindow=VELDOR "window=$1"
 }

@@ -38,8 +38,7 @@ wine "$SETUP" /S >>"$ART/wine.log" 2>&1 || e2e_fail "the silent setup ended with
 unzip -q "$ZIP" -d "$ART/unzipped"
 diff -r -x Uninstall.exe "$ART/unzipped/veldor-$VERSION-win32" "$APP" >"$ART/diff.txt" && [ -f "$APP/Uninstall.exe" ] ||
   e2e_fail "Program Files\\VELDOR is not the zip and Uninstall.exe: $(head -3 "$ART/diff.txt")"
-[ "$(listing "$MENU")" = "Licence.lnk|Operator's Manual.lnk|Uninstall.lnk|VELDOR.lnk|" ] ||
-  e2e_fail "the Start-menu folder holds $(listing "$MENU")"
+e2e_same "the Start-menu folder" "$(listing "$MENU")" "Licence.lnk|Operator's Manual.lnk|Uninstall.lnk|VELDOR.lnk|"
 wine reg query "$KEY" 2>/dev/null | tr -d '\r' | awk '{ $1 = $1; print }' >"$ART/uninstall_key.txt"
 for entry in "DisplayName REG_SZ VELDOR $VERSION" "DisplayVersion REG_SZ $VERSION" \
   "Publisher REG_SZ Trevan Instruments" "UninstallString REG_SZ \"C:\\Program Files\\VELDOR\\Uninstall.exe\""; do
@@ -50,8 +49,7 @@ e2e_pass "/S installed the files of the zip, the four shortcuts and the Uninstal
 e2e_start_sim
 e2e_start_program "$APP/veldor.exe"
 e2e_wait_status "Port opened" 30 || e2e_fail "the port did not open"
-[ "$(e2e_status_lines | grep -c -x "Read calibration file 'Default.cal'")" = 4 ] ||
-  e2e_fail "the installed Default.cal was not read for the four channels"
+e2e_same "the reads of the installed Default.cal" "$(e2e_status_lines | grep -c -x "Read calibration file 'Default.cal'")" 4
 e2e_close_signon
 e2e_expect "a message box at the start" -t 5 nowindow=VELDOR caption=VELDOR
 e2e_focus
@@ -70,7 +68,7 @@ e2e_pass "the installed VELDOR: Default.cal for four channels, Version $VERSION,
 wine "$APP/Uninstall.exe" /S >>"$ART/wine.log" 2>&1 || e2e_fail "the silent uninstall ended with status $?"
 # The uninstaller goes on from a copy of itself; the Start-menu folder goes last.
 e2e_until 30 '[ ! -e "$MENU" ]' || e2e_fail "the Start-menu folder is still there"
-[ "$(listing "$APP")" = "My survey.DAT|" ] || e2e_fail "after the uninstall Program Files\\VELDOR holds $(listing "$APP")"
+e2e_same "Program Files\\VELDOR after the uninstall" "$(listing "$APP")" "My survey.DAT|"
 ! wine reg query "$KEY" >/dev/null 2>&1 || e2e_fail "the Uninstall key is still there"
 [ -f "$INI" ] || e2e_fail "the uninstall took VELDOR.ini"
 e2e_pass "Uninstall.exe /S removed the files, the shortcuts and the key, and left VELDOR.ini and the saved survey"

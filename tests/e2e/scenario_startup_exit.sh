@@ -13,8 +13,7 @@ e2e_start_program
 # ---- Start-up --------------------------------------------------------------------------
 e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
 e2e_shot signon
-first="$(e2e_received | sed -n '1,5p' | tr '\n' '|')"
-[ "$first" = "MS 1|MN 10|MC 1|MI 1|OP 1|" ] || e2e_fail "start-up frames were: $first"
+e2e_same "the start-up frames" "$(e2e_received | sed -n '1,5p' | tr '\n' '|')" "MS 1|MN 10|MC 1|MI 1|OP 1|"
 banner_line=$(grep -n -m 1 "BANNER VELDOR (Software)" "$SIM_LOG" | cut -d: -f1)
 ms_line=$(grep -n -m 1 "RX MS 1" "$SIM_LOG" | cut -d: -f1)
 [ "${banner_line:-999999}" -lt "$ms_line" ] || e2e_fail "no banner before the first frame"
@@ -24,17 +23,15 @@ e2e_pass "banner, then MS 1, MN 10, MC 1, MI 1, OP 1"
 e2e_expect "the sign-on box is not shown over a disabled frame" -t 10 window= enabled=0
 e2e_expect "the sign-on box did not close by itself" -t 15 nowindow= enabled=1
 e2e_expect "the frame is not as a first start leaves it" -t 10 caption=VELDOR pane1=Idle "pane2=0 %"
-children="$(sed -n 's/^child=//p' "$ART/last_probe.txt" | tr '\n' ',')"
-[ "$children" = "Veldor_Tags|Text Tags,Veldor_Listing|Listing,Veldor_Plot|Plot,Veldor_Chart|Chart," ] ||
-  e2e_fail "child windows, topmost first: $children"
+e2e_same "the child windows, topmost first" "$(sed -n 's/^child=//p' "$ART/last_probe.txt" | tr '\n' ',')" \
+  "Veldor_Tags|Text Tags,Veldor_Listing|Listing,Veldor_Plot|Plot,Veldor_Chart|Chart,"
 # What the status bar showed, in order: the first texts, the four curves
 # read from Default.cal, then the port.
-first_texts="$(sed -n '1,3s/^[0-9]* //p' "$STATUS_LINES" | tr '\n' '|')"
-[ "$first_texts" = "pane0=Initalising...|pane1=Idle|pane2=0 %|" ] || e2e_fail "first status texts: $first_texts"
-[ "$(e2e_status_lines | grep -c -x "Read calibration file 'Default.cal'")" = 4 ] ||
-  e2e_fail "Default.cal not read for the four channels"
-opened="$(e2e_status_lines | grep -x -e "COM1 opened" -e "Port opened" | sed -n '1,2p' | tr '\n' '|')"
-[ "$opened" = "COM1 opened|Port opened|" ] || e2e_fail "the port opening said: $opened"
+e2e_same "the first status texts" "$(sed -n '1,3s/^[0-9]* //p' "$STATUS_LINES" | tr '\n' '|')" \
+  "pane0=Initalising...|pane1=Idle|pane2=0 %|"
+e2e_same "the reads of Default.cal" "$(e2e_status_lines | grep -c -x "Read calibration file 'Default.cal'")" 4
+e2e_same "the port opening" "$(e2e_status_lines | grep -x -e "COM1 opened" -e "Port opened" | sed -n '1,2p' | tr '\n' '|')" \
+  "COM1 opened|Port opened|"
 e2e_shot started
 e2e_pass "frame, four child windows with Text Tags on top; status: curves read, COM1 opened, Port opened"
 

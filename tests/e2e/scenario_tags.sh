@@ -13,12 +13,7 @@ SAVED="$ART/saved.DAT"
 $VIEWS make "$DAT"
 
 # expect_tags WHAT RECORD:TEXT...: the saved file's tags are exactly these.
-expect_tags() {
-  local got want
-  got="$($VIEWS tags "$SAVED" | tr '\n' ' ')"
-  want="$(printf '%s ' "${@:2}")"
-  [ "$got" = "$want" ] || e2e_fail "$1: the file's tags are [$got], expected [$want]"
-}
+expect_tags() { e2e_same "$1: the file's tags" "$($VIEWS tags "$SAVED" | tr '\n' ' ')" "$(printf '%s ' "${@:2}")"; }
 
 # The Text Tags window lays out its list and buttons in a unit of a quarter
 # of the dialog base width: 176 units make the window's width.
