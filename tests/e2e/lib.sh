@@ -105,12 +105,9 @@ e2e_probe() { wine "$PROBE" -d "$DESKTOP" "$@" 2>/dev/null; }
 e2e_wait() {
   local rc=0
   e2e_probe wait "$@" >"$ART/last_probe.txt" || rc=$?
-  case $rc in
-    0) return 0 ;;
-    3) e2e_fail "the program does not answer: $(grep -v '^control=' "$ART/last_probe.txt" | tr '\n' ' ')" ;;
-    4) e2e_fail "bad probe condition: $*" ;;
-    *) return 1 ;;
-  esac
+  [ "$rc" != 3 ] || e2e_fail "the program does not answer: $(grep -v '^control=' "$ART/last_probe.txt" | tr '\n' ' ')"
+  [ "$rc" != 4 ] || e2e_fail "bad probe condition: $*"
+  [ "$rc" = 0 ]
 }
 # e2e_expect MESSAGE CONDITION...: waits, and fails with MESSAGE on a timeout.
 e2e_expect() {

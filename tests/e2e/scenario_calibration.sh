@@ -1,11 +1,10 @@
 #!/usr/bin/env bash
-# Record > Calibration with the simulator streaming readings, on a survey of
-# 300 records opened first: "CA 1" and the default curve; "Insert Power"
-# puts a reading the simulator sent into the power edit; "New" writes a file
-# of no points and names it in the caption and "Ch1 filename"; (0, 0) and
-# (255, 2550) typed in and saved are the file's points, drawn with the live
-# line where a sent reading puts it; "Done" sends "OP 1", and the listing
-# file then shows channel 1 of the records already taken on the new curve.
+# Record > Calibration with the simulator streaming, on a survey of 300
+# records: "CA 1" and the default curve; "Insert Power" takes a reading the
+# simulator sent; "New" writes a file of no points, named in the caption and
+# "Ch1 filename"; two points typed and saved are the file's points, drawn with
+# the live line; "Done" sends "OP 1"; the listing file then shows channel 1 of
+# the records already taken on the new curve.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 DAT="$ART/survey.DAT"

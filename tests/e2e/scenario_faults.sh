@@ -1,11 +1,9 @@
 #!/usr/bin/env bash
-# A recording through a faulty link: a flood of "NA" at the start, then a
-# sample every 2 s with a wrong check on every 5th frame, garbage before
-# every 7th, every frame in pieces, and 20 s of silence. The program answers
-# throughout and records at one record a second; each spoiled frame gets one
-# "NA"; the silence shows "No communications from controller", then
-# "Communication from controller returned"; the saved file holds every
-# unspoiled sample in order, and the silence's last values marked not live.
+# A recording through a faulty link: a flood of "NA", then a sample every 2 s
+# with a wrong check on every 5th frame, garbage before every 7th, frames in
+# pieces, and 20 s of silence. The program answers throughout; each spoiled
+# frame gets one "NA"; the silence's status lines come and go with it; the
+# saved file holds every unspoiled sample, the silence marked not live.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 DAT="$ART/faults.DAT"

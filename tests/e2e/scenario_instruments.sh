@@ -1,11 +1,9 @@
 #!/usr/bin/env bash
-# The link dialogs of the Configure menu, with the simulator on COM1 and no
-# settings file (so TZR4100 mode is on): Escape sends nothing and writes
-# nothing; OK in GpsDiffBox, AR3000aBox and TzrBox, each question answered
-# Yes, puts exactly their frames on the wire and writes their keys; TzrBox's
-# enable box and "Set inital channel now" send at once, its spin stops at
-# 99; PortsBox to COM4 closes the port and fails, and back to COM1 opens it
-# with the TZR4100 set-up and "OP 1".
+# The link dialogs of the Configure menu, with no settings file (TZR4100 mode
+# on): Escape sends and writes nothing; OK in GpsDiffBox, AR3000aBox and TzrBox,
+# each question answered Yes, sends exactly their frames and writes their keys;
+# TzrBox's enable box and "Set inital channel now" send at once, its spin stops
+# at 99; PortsBox to COM4 closes the port and fails, back to COM1 opens it.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 GPSDIFF="VELDOR - Configure GPS Differential Mode"

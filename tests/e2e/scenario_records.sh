@@ -27,10 +27,7 @@ def filtered(orig, saved, last):
     survey = read(orig)
     rows, tags = survey.records, survey.tags
     for name in ["reading", "position"][: 1 + (last == "position")]:
-        index = {}
-        for i, r in enumerate(rows):
-            if not REMOVES[name](r):
-                index[i] = len(index)
+        index = {i: n for n, i in enumerate(i for i, r in enumerate(rows) if not REMOVES[name](r))}
         rows = [r for i, r in enumerate(rows) if i in index]
         tags = [(index[r], t) for r, t in tags if r in index]
     got = read(saved)
