@@ -14,6 +14,9 @@
 //       with 0; 1 when the time runs out. CONDITION: pane0..2, caption and
 //       topmost =TEXT (exact) or ~TEXT (contains); window=TITLE and
 //       nowindow=TITLE (of the program); frames=N, enabled=0|1, iconic=0|1.
+//   veldor_probe [-d DESKTOP] front HANDLE
+//       Brings the top-level window HANDLE (hex, as "window=" prints it) to
+//       the front, with the keyboard.
 //   veldor_probe [-d DESKTOP] watch [-t SECONDS] [-k DLL LOG]
 //       Prints "<ms> HUNG" when the frame does not answer within 5 seconds.
 //       With -k, first hooks status_hook.dll into the programs of the
@@ -382,7 +385,7 @@ int UseDesktop(const char* name) {
 
 int Usage() {
     fputs("usage: veldor_probe [-d DESKTOP] state | wait [-t SECONDS] CONDITION... |"
-          " watch [-t SECONDS] [-k DLL LOG]\n", stderr);
+          " front HANDLE | watch [-t SECONDS] [-k DLL LOG]\n", stderr);
     return 4;
 }
 
@@ -403,5 +406,9 @@ int main(int argc, char** argv) {
     if (strcmp(command, "state") == 0) return RunState();
     if (strcmp(command, "wait") == 0) return RunWait(argc - i, argv + i);
     if (strcmp(command, "watch") == 0) return RunWatch(argc - i, argv + i);
+    if (strcmp(command, "front") == 0 && i < argc) {
+        HWND hwnd = (HWND)(uintptr_t)strtoul(argv[i], nullptr, 16);
+        return IsWindow(hwnd) && SetForegroundWindow(hwnd) ? 0 : 1;
+    }
     return Usage();
 }
