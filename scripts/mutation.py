@@ -208,7 +208,7 @@ class Layers:
         # The analysis room is tested through the export tool that uses it.
         yield "export", ["ctest", "--test-dir", self.build, "-R", "^veldor_export_", "--stop-on-failure"]
         if self.a.scenario:
-            yield "e2e", ["bash", os.path.join(ROOT, "tests/e2e/run_e2e.sh"), self.a.win64, self.build] + self.a.scenario
+            yield "e2e", ["bash", os.path.join(ROOT, "tests/e2e/run_e2e.sh"), os.path.abspath(self.a.win64), self.build] + self.a.scenario
 
     def run(self, measure=False):
         """The first layer that fails, with the tests that failed in it, or None."""
