@@ -37,6 +37,10 @@ endif()
 # ---- The package ------------------------------------------------------------------------
 # Everything lies flat in one folder, as the program expects: Default.cal and
 # Colours.txt beside veldor.exe, the manual and the licence for the Help menu.
+# The packaged programs are stripped when they are linked, not by cpack: cpack
+# strips once per generator and stamps each copy with the time of the strip,
+# so the zip and the setup program could hold different bytes of one build.
+target_link_options(veldor PRIVATE -s)
 install(TARGETS veldor RUNTIME DESTINATION .)
 install(FILES ${CMAKE_SOURCE_DIR}/tests/data/cal/default_curve.cal DESTINATION . RENAME Default.cal)
 # Sample.DAT is a survey to open on the first start, recorded by
@@ -50,6 +54,7 @@ endif()
 # once the whole project has been read.
 function(veldor_package_export_tool)
   if(TARGET veldor_export)
+    target_link_options(veldor_export PRIVATE -s)
     install(TARGETS veldor_export RUNTIME DESTINATION .)
   endif()
 endfunction()
@@ -74,7 +79,6 @@ set(CPACK_PACKAGE_FILE_NAME veldor-${PROJECT_VERSION}-${VELDOR_PACKAGE_SYSTEM})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "VELDOR RF Survey Software")
 set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_SOURCE_DIR}/docs/package/EULA.rtf)
 set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
-set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR})
 
 # The setup program: welcome, the licence, the folder (Program Files\VELDOR),
