@@ -19,8 +19,6 @@ def f32(x):
     return struct.unpack("<f", struct.pack("<f", x))[0]
 
 
-# ---- Writing ---------------------------------------------------------------------------------------
-
 def magic(version):
     return ("[VELDOR - data file v1.%d]" % version).encode() + b"\0"
 
@@ -64,8 +62,6 @@ def tags(rows, count_field=None, junk=b""):
     return out
 
 
-# ---- Reading a v1.4 file ---------------------------------------------------------------------------
-
 def read(path):
     """The survey of a v1.4 file; problems lists a wrong trailer or length."""
     data = open(path, "rb").read()
@@ -86,8 +82,6 @@ def read(path):
     return Survey(start, seconds, metres, distance, input_channel, [field(41 + 260 * i, 260) for i in range(4)],
                   [field(1081 + 32 * i, 32) for i in range(4)], rows, marks, problems)
 
-
-# ---- What the program makes of it -----------------------------------------------------------------
 
 def value(raw, top=100.0):
     """A reading on the default curve (0, 0.0) to (255, top), one rounding a step."""
@@ -134,8 +128,6 @@ def gauge(count):
     """The store gauge of the status bar for a record count."""
     return "0 %" if count <= 0 else "%.2f %%" % f32(f32(f32(count) / float(STORE_RECORDS)) * 100.0)
 
-
-# ---- The test survey ------------------------------------------------------------------------------
 
 BASE_LAT, BASE_LON, STEP = 185400000, -3600000, 2000
 BAND_RAW = [230, 180, 128, 60]            # High, Mid, Low, None on the default curve

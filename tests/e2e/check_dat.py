@@ -58,11 +58,8 @@ def read_samples(log_path, sent_path):
             last_frame = (samples[-1], frame + "_ok", samples[-1][frame + "_ok"])
             samples[-1][frame + "_ok"] = True
     samples = [s for s in samples if s["ch"] is not None]
-    sent = []
-    for line in open(sent_path, encoding="latin-1"):
-        v = line.split()
-        if len(v) == 7:
-            sent.append((int(v[0]), int(v[1]), tuple(int(x) for x in v[2:6]), int(v[6])))
+    sent = [(int(v[0]), int(v[1]), tuple(map(int, v[2:6])), int(v[6]))
+            for v in map(str.split, open(sent_path, encoding="latin-1")) if len(v) == 7]
     mine = [(s["lat"], s["lon"], s["ch"], s["acc"]) for s in samples]
     if mine != sent[:len(mine)] or len(sent) - len(mine) > 1:
         raise SystemExit("FAIL: the simulator's log and its record file disagree")
@@ -83,13 +80,10 @@ def check(args):
     if len(records) < args.min_records:
         problems.append(f"{len(records)} records, at least {args.min_records} expected")
 
-    p = q = 0
+    p = q = stale = before_data = 0
     positions, readings = [], []
-    stale = before_data = 0
-    silent_position = None
-    if silence:
-        delivered = [k for k in range(silence[0] + 1) if samples[k]["rp_ok"]]
-        silent_position = delivered[-1] if delivered else None
+    delivered = [k for k in range(silence[0] + 1) if samples[k]["rp_ok"]] if silence else []
+    silent_position = delivered[-1] if delivered else None
     for n, r in enumerate(records, 1):
         # Records taken before the first position arrived hold the values
         # of a start with no data: zeros, not live, no channel.
@@ -107,11 +101,8 @@ def check(args):
             problems.append(f"record {n}: position {r.lat} {r.lon} or readings {r.ch} channel {acc} "
                             f"were not sent (in this order)")
             break
-        # Position and readings come in separate frames, the position first:
-        # readings ahead of the position only past positions that never
-        # came through; a position ahead of the readings only with the
-        # readings of the last sample still on their way, and those before
-        # it lost.
+        # Readings ahead of the position only past positions that never came
+        # through; a position ahead only while its readings are on their way.
         if (q > p and any(samples[k]["rp_ok"] for k in range(p + 1, q + 1))
                 or p > q and any(samples[k]["ra_ok"] for k in range(q + 1, p))):
             problems.append(f"record {n}: position of sample {p + 1} with the readings of sample {q + 1}")
@@ -124,8 +115,6 @@ def check(args):
             problems.append(f"record {n}: channel flag does not follow the channel sent")
         if not r.flags & FLAG_LIVE:
             stale += 1
-            # Not live only in the silence, with the last position that
-            # came through before it.
             if silent_position is None or p != silent_position:
                 problems.append(f"record {n}: not live, and no silence explains it")
         previous = records[n - 2].time if n > 1 else h.start
@@ -134,8 +123,6 @@ def check(args):
     if args.expect_stale and stale == 0:
         problems.append("no record marked not live although the controller was silent")
 
-    # Coverage: within each recording, every sample sent that came through
-    # unspoiled is in the file, up to the last one recorded.
     spans = args.span or ([f"{positions[0] + 1}:{positions[-1] + 1}"] if positions else [])
     for span in spans:
         first, last = (int(v) - 1 for v in span.split(":"))
@@ -163,14 +150,12 @@ def main():
         return
     parser = argparse.ArgumentParser()
     parser.add_argument("dat")
-    for name in ("--log", "--sent"):
-        parser.add_argument(name, required=True)
-    for name in ("--interval", "--since", "--until"):  # seconds; since and until from 1970, around the run
-        parser.add_argument(name, type=int, required=True)
+    # Seconds; since and until from 1970, around the run. A span is FIRST:LAST, the samples sent while recording.
+    for name, kind in (("--log", str), ("--sent", str), ("--interval", int), ("--since", int), ("--until", int)):
+        parser.add_argument(name, type=kind, required=True)
     parser.add_argument("--min-records", type=int, default=1)
     parser.add_argument("--expect-stale", action="store_true")
-    parser.add_argument("--span", action="append",
-                        help="FIRST:LAST, numbers of the samples sent while recording (from 1)")
+    parser.add_argument("--span", action="append")
     sys.exit(check(parser.parse_args()))
 
 

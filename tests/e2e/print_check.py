@@ -2,30 +2,26 @@
 """What the printed pages of a survey must hold, checked on the printer's output.
 
   print_check.py listing DAT METRICS PAGE_TXT... [--format DEG|DMS_PM_RAW] [--header 0|1]
-      PAGE_TXT are Ghostscript's text of each page, in order. Every line the
-      page must hold is there in order (words compared, as the text device
-      spaces the tab stops its own way), and no other.
+      Ghostscript's text of each page holds every line it must, in order (words
+      compared: the text device spaces the tab stops its own way), and no other.
   print_check.py plot DAT METRICS PAGE.ppm --mode entire|displayed|specify [--probe PROBE]
-      PAGE.ppm is the page rendered at 127 dpi (5 pixels a mm). Each record
-      inside the map area has its 1 mm dot, in the band colour of channel 1,
-      centred within half a mm of where the scale puts it; no other pixel is
-      marked.
+      The page at 127 dpi (5 pixels a mm) has a 1 mm dot in the band colour of
+      channel 1 within half a mm of where the scale puts each record of the map
+      area, and no other pixel marked.
 
-METRICS is the file printer's report (file_printer metrics). Everything comes
-from the survey file and the manual's arithmetic, nothing from the program.
+METRICS is the file printer's report. Everything comes from the survey file
+and the manual's arithmetic, nothing from the program.
 """
 import datetime
 import sys
 
-from views_survey import BAND_RGB, Shot, arguments, band, client, fact, read, trunc_div, zoom_auto
+from views_survey import BAND_RGB, Shot, arguments, band, client, fact, read, zoom_auto
 from veldor_dat import position, reading
 
 
 def metrics(path):
     return {k: int(v) for k, v in (line.strip().split("=") for line in open(path) if "=" in line)}
 
-
-# ---- Listing --------------------------------------------------------------------------------------
 
 def record_line(r, fmt):
     """DEG: degrees with N/S and E/W, calibrated readings; else signed
@@ -49,16 +45,10 @@ def check_listing(dat, met, pages, fmt, header):
         want[0] += ["Ch%d cal. filename: %s" % (c + 1, survey.names[c]) for c in range(4)]
         want[0] += ["Records taken: %d" % len(rows)]
         first = 16
-    line = first
-    for row in rows:
-        want[-1].append(record_line(row, fmt))
-        if line >= per_page:
-            want.append([])
-            line = 3
-        else:
-            line += 1
-    if not want[-1]:
-        want.pop()
+    # The first page's records from line first, the others' from line 3.
+    lines, n = [record_line(r, fmt) for r in rows], max(per_page - first + 1, 1)
+    want[0] += lines[:n]
+    want += [lines[k:k + per_page - 2] for k in range(n, len(lines), per_page - 2)]
     fact(len(pages) == len(want), f"{len(pages)} pages printed, {len(want)} expected "
          f"({per_page} lines a page, first record on line {first})")
     for p, (page, lines) in enumerate(zip(pages, want)):
@@ -70,8 +60,6 @@ def check_listing(dat, met, pages, fmt, header):
                 fact(False, f"page {p + 1} line {n + 1}: '{g}', expected '{w}'")
     print(f"ok    {len(rows)} records on {len(pages)} pages, every line as expected")
 
-
-# ---- Plot -----------------------------------------------------------------------------------------
 
 def placement(rows, met, mode, probe):
     """Map area, page rectangle in tenths of a mm (y up) and scales, as the manual gives them."""
@@ -109,7 +97,7 @@ def check_plot(dat, met, ppm, mode, probe):
     for i, (_, _, ch, lat, lon, _) in enumerate(rows):
         if not (left <= lon <= right and bottom <= lat <= top):
             continue
-        x, y = pl + trunc_div(lon - left, lon_s), pb + trunc_div(lat - bottom, lat_s)
+        x, y = pl + int((lon - left) / lon_s), pb + int((lat - bottom) / lat_s)
         if not (pl <= x <= pr and pb <= y <= pt):
             continue
         # A logical unit is a tenth of the printer's whole millimetres of

@@ -2,22 +2,15 @@
 """The survey of the views scenario, and the pixel facts its screenshots must show.
 
   views_survey.py make OUT.DAT [COUNT]       the test survey of veldor_dat (300 records)
-  views_survey.py plot SHOT.png PROBE.txt DAT --channel N [--zoom io..] [--cross I]
-  views_survey.py listing SHOT.png PROBE.txt DAT
-  views_survey.py chart SHOT.png PROBE.txt DAT --channel N [--mark I]
-      A screenshot against what the file says must be drawn: one line per
-      fact, exit 1 on the first that does not hold.
-  views_survey.py listing-row PROBE.txt SHOT.png ROW TOP|end
-      The screen y and x of the middle of table row ROW (0 = first) and the
-      record it shows with top row TOP (end: the top row after End).
+  views_survey.py plot|listing|chart SHOT.png PROBE.txt DAT [--channel N] [--zoom io..] [--cross I] [--mark I]
+      what the file says the view must draw, a line per fact; exit 1 at the first that does not hold
+  views_survey.py listing-row PROBE.txt SHOT.png ROW TOP|end   screen y, x and record of table row ROW
   views_survey.py deleted DAT SAVED INDEX    SAVED is DAT less record INDEX, its tags moved
-  views_survey.py suspended SHOT.png PROBE.txt 1|0
-      The Plot shows the suspension text and no dots (1), or dots (0).
+  views_survey.py suspended SHOT.png PROBE.txt 1|0   the Plot's suspension text and no dots (1), or dots (0)
   views_survey.py tags DAT                   the tags of DAT, "RECORD:TEXT" a line (from 0)
 
-Every expectation comes from the file, the window sizes the probe reports
-and the arithmetic of the operator's manual; nothing from the program but
-its pixels.
+Every expectation comes from the file, the probe's window sizes and the
+manual's arithmetic; nothing from the program but its pixels.
 """
 import os
 import subprocess
@@ -36,11 +29,6 @@ CURVE_RGB = (0, 0, 192)                   # the chart curve, 0x00C00000
 def read_records(path):
     """(flags, ch, lat, lon) of each record of a v1.4 file."""
     return [(r.flags, r.ch, r.lat, r.lon) for r in read(path).records]
-
-
-def trunc_div(a, b):
-    q = abs(a) // abs(b)
-    return q if (a >= 0) == (b > 0) else -q
 
 
 class Shot:
@@ -82,7 +70,7 @@ def plot_pixels(recs, w, h, zooms):
     for z in zooms:  # far from the world scale, so Zoom Out only doubles
         scale = max(scale // 2, 1) if z == "i" else scale * 2
     cx, cy = left + (right - left) // 2, top + (bottom - top) // 2
-    pix = [(cx + trunc_div(lon - clon, scale), cy - trunc_div(lat - clat, scale)) for _, _, lat, lon in recs]
+    pix = [(cx + int((lon - clon) / scale), cy - int((lat - clat) / scale)) for _, _, lat, lon in recs]
     return pix, (left, top, right, bottom)
 
 
@@ -167,8 +155,6 @@ def check_deleted(path, saved, index):
 
 
 def check_suspended(shot, probe, suspended):
-    """While suspended the plot area is white but for the text at its centre;
-    after the stop it holds dots in the band colours."""
     s = Shot(shot)
     ox, oy, w, h = client(probe, "Veldor_Plot")
     colours = {s.at(ox + x, oy + y) for x in range(2, w - 2) for y in range(35, h - 2)}

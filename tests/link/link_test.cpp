@@ -9,7 +9,6 @@
 #include <signal.h>
 #include <spawn.h>
 #include <stdlib.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <time.h>
@@ -39,9 +38,7 @@ int64_t NowMs() {
 
 class SimulatorLink : public ::testing::Test {
 protected:
-    std::string dir;
-    std::string ptyPath;
-    std::string logPath;
+    std::string dir, ptyPath, logPath;
     pid_t sim = -1;
     int fd = -1;
 
@@ -83,8 +80,6 @@ protected:
         struct termios tio;
         ASSERT_EQ(0, tcgetattr(fd, &tio));
         cfmakeraw(&tio);
-        cfsetispeed(&tio, B9600);
-        cfsetospeed(&tio, B9600);
         ASSERT_EQ(0, tcsetattr(fd, TCSANOW, &tio));
         fake.portFd = fd;
         fake.portOpen = true;
@@ -117,26 +112,7 @@ protected:
         }
         return n;
     }
-
-    int Sent(const std::string& body) {
-        std::vector<std::string> frames = FramesSent();
-        return (int)std::count(frames.begin(), frames.end(), body);
-    }
 };
-
-TEST_F(SimulatorLink, FaultsCostOneNaEachAndLoseNoGoodFrame) {
-    Start({"--bad-check-every", "4", "--garbage-every", "7", "--split"});
-    ASSERT_EQ(1, SendFrameText("OP 1"));
-    Pump(3000);
-    int invalid = CountStatus("Received invalid data from controller");
-    EXPECT_GT(invalid, 0);
-    EXPECT_EQ(invalid, Sent("NA"));
-    EXPECT_EQ(0, CountStatus("<< Port Overflow >>"));
-    // Every "NA" reached the simulator as a good frame; data still flow.
-    Pump(300);
-    EXPECT_EQ(Sent("NA"), SimLogged("RX", "NA"));
-    EXPECT_EQ(10, liveState.dataValidTicks);
-}
 
 TEST_F(SimulatorLink, KeepAliveWatchdogAndStaleDataOnADrivenTick) {
     Start({"--silence-after", "1", "--silence-for", "3"});
@@ -165,7 +141,8 @@ TEST_F(SimulatorLink, KeepAliveWatchdogAndStaleDataOnADrivenTick) {
     EXPECT_GE(SimLogged("RX", "KA"), 1);
     // A clean line: no complaint either way, and the stored sample is the live one.
     EXPECT_EQ(0, CountStatus("Received invalid data from controller"));
-    EXPECT_EQ(0, Sent("NA"));
+    const std::vector<std::string> frames = FramesSent();
+    EXPECT_EQ(frames.end(), std::find(frames.begin(), frames.end(), "NA"));
     EXPECT_GT(liveState.dataValidTicks, 0);
     EXPECT_NE(0, liveState.liveLatitude);
     AddRecord(RECORD_KIND_LIVE);

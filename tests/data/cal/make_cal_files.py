@@ -1,9 +1,7 @@
 #!/usr/bin/env python3
-"""Writes the calibration test files of tests/data/cal beside this script,
-laid out with struct from the format (little-endian, no gaps), not with the
-program's writer: the magic "[VELDOR - cal file v1.0]" and its NUL (25
-bytes), N (signed 32-bit), then N points of 8 bytes: power (uint8), 3 bytes
-of no meaning, value (float32). The unit tests read them.
+"""Writes the calibration files that the unit tests read beside this script,
+laid out with struct (not with the program's writer): the magic and its NUL,
+N, then N points of power, 3 bytes of no meaning and value.
 """
 import os
 import struct

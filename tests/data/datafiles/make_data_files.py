@@ -9,8 +9,7 @@ import sys
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, os.path.join(HERE, "..", ".."))
-from veldor_dat import TRAILER, magic, records, tags  # noqa: E402
-import veldor_dat  # noqa: E402
+from veldor_dat import TRAILER, magic, records, tags, header as dat_header  # noqa: E402
 
 NAMES = [b"C:\\Survey\\Cal\\Mast.cal", b"", b"C:\\Survey\\Cal\\Dipole 3.cal", b"Ch4.cal"]
 LABELS = [b"North mast", b"Ch 2", b"Repeater", b"Spare 4"]
@@ -26,20 +25,18 @@ TAGS = [(0, b"Start of run"), (3, b"x" * 50), (-1, b"points at no record")]
 
 
 def header(version, start, names=NAMES, labels=LABELS, **fields):
-    return veldor_dat.header(version, start, names=names, labels=labels, **fields)
+    return dat_header(version, start, names=names, labels=labels, **fields)
 
 
 # One sound file of each version.
-v10 = header(0, 1000000000) + records(0, RECORDS[:3])
 v11 = header(1, 1100000000, seconds=7, input_channel=2) + records(1, RECORDS)
-v12 = (header(2, 1200000000, seconds=10, meters=250, distance=1, input_channel=3)
-       + records(2, RECORDS[:3]) + tags(TAGS[:2]) + TRAILER)
 v14 = (header(4, 1400000000, seconds=3, meters=20, distance=1, input_channel=0)
        + records(4, RECORDS) + tags(TAGS) + TRAILER)
 FILES = {
-    "v1_0.dat": v10,
+    "v1_0.dat": header(0, 1000000000) + records(0, RECORDS[:3]),
     "v1_1.dat": v11 + b"bytes behind the last record",
-    "v1_2.dat": v12,
+    "v1_2.dat": (header(2, 1200000000, seconds=10, meters=250, distance=1, input_channel=3)
+                 + records(2, RECORDS[:3]) + tags(TAGS[:2]) + TRAILER),
     # Old buffer contents behind every NUL and bytes behind the trailer, which a reader ignores.
     "v1_3.dat": (header(3, 1300000000, seconds=2, meters=1000, distance=0, input_channel=1, junk=b"JUNK")
                  + records(3, RECORDS) + tags(TAGS, junk=b"#") + TRAILER + b"anything after"),

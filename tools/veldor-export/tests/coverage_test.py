@@ -24,10 +24,7 @@ def make(path, hole, sparse):
     rnd, rows, east, north, t = random.Random(7), [], 0.0, 0.0, 1700000000
     lat_m = 1 / MAS_PER_M
     lon_m = lat_m * math.cos(math.radians(LAT0 / 3.6e6))
-    path_pts = []
-    for r in range(17):
-        y, xs = r * 24.0, (0.0, 390.0) if r % 2 == 0 else (390.0, 0.0)
-        path_pts += [(xs[0], y), (xs[1], y)]
+    path_pts = [(x, r * 24.0) for r in range(17) for x in ((0.0, 390.0) if r % 2 == 0 else (390.0, 0.0))]
     for (x0, y0), (x1, y1) in zip(path_pts, path_pts[1:]):
         length = math.hypot(x1 - x0, y1 - y0)
         step = 2.0 if sparse and y0 > 190 else 0.5
