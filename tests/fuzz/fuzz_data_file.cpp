@@ -31,7 +31,7 @@ static void CheckInvariants() {
     Check(fake.busy == 0);
 }
 
-// Everything a data file holds, as text.
+// Everything a data file holds: the records as they lie in memory.
 static std::string Survey() {
     const RecordingParams& p = recordingParams;
     char line[128];
@@ -39,12 +39,7 @@ static std::string Survey() {
              p.intervalMeters, p.distanceMode, p.inputChannel);
     std::string s = line;
     for (int c = 0; c < 4; c++) s += std::string(p.calFileName[c]) + "|" + channelLabels[c] + "\n";
-    for (int i = 0; i < recordCount; i++) {
-        const Record& r = recordStore.rows[i];
-        snprintf(line, sizeof line, "%d %d %d %d %d %d %d %d %u\n", r.flags, r.accessoryChannel,
-                 r.ch[0], r.ch[1], r.ch[2], r.ch[3], r.latitude, r.longitude, r.time);
-        s += line;
-    }
+    s.append((const char*)recordStore.rows, sizeof(Record) * (size_t)recordCount);
     for (int i = 0; i < tagCount; i++) s += std::to_string(tagRecord[i]) + "|" + tagText[i] + "\n";
     return s;
 }
