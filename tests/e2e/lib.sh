@@ -1,12 +1,8 @@
 # shellcheck shell=bash
-# Sourced first by each scenario_NAME.sh (E2E_SCENARIO: NAME unless set),
-# which then drives veldor.exe under Wine, on a virtual display, with the
-# controller simulator linked as COM1. Arguments of every scenario:
-# [WINDOWS_BUILD_DIR] (build/win32 unless named) [NATIVE_BUILD_DIR].
-# Artefacts (screenshots, logs, the settings file, files written) stay in
-# <Windows build>/e2e/<scenario>/. Run by run_e2e.sh, the scenarios share
-# its virtual display; run alone, a scenario starts its own. Each starts and
-# ends its own wineserver session, so no program outlives it.
+# Sourced first by each scenario_NAME.sh [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR],
+# which then drives veldor.exe under Wine with the controller simulator
+# linked as COM1. Artefacts stay in <Windows build>/e2e/<scenario>/. Each
+# scenario ends its own wineserver session, so no program outlives it.
 
 set -euo pipefail
 E2E_SCENARIO="${E2E_SCENARIO:-$(basename "$0" .sh | sed 's/^scenario_//')}"
@@ -36,8 +32,7 @@ mkdir -p "$ART"
 exec > >(tee "$ART/scenario.log") 2>&1
 
 export BUILD_ROOT
-# run_e2e.sh lends its virtual display; a scenario run alone makes its own,
-# never using the screen of the person who runs it.
+# A scenario run alone makes its own display, never the user's screen.
 if [ -n "${E2E_SHARED_DISPLAY:-}" ]; then
   export DISPLAY="$E2E_SHARED_DISPLAY" VELDOR_HEADLESS=0
 else
@@ -55,19 +50,17 @@ E2E_T0=$SECONDS
 
 e2e_cleanup() {
   local rc=$?
-  # The watcher must never have seen the program stop answering.
   if [ "$rc" -eq 0 ] && grep -q ' HUNG$' "$STATUS_LOG" 2>/dev/null; then
     echo "FAIL [$E2E_SCENARIO]: the program stopped answering at some point"
     rc=1
   fi
   if [ "$rc" -ne 0 ]; then
     e2e_shot at_failure
-    e2e_probe state >"$ART/state_at_failure.txt" 2>&1 || true
+    e2e_probe wait -t 0 >"$ART/state_at_failure.txt" 2>&1 || true
   fi
   # shellcheck disable=SC2086
   kill $WATCH_PID $SIM_PID $START_PID $DESKTOP_PID 2>/dev/null || true
   if [ -f "$INI" ]; then cp "$INI" "$ART/VELDOR.ini"; fi
-  # Ends every Windows process of the prefix: the program, the desktop, the probe.
   veldor_wine_cleanup
   wineserver -w >/dev/null 2>&1 || true
   if [ -n "$SIM_PID" ]; then wait "$SIM_PID" 2>/dev/null || true; fi
@@ -85,8 +78,7 @@ e2e_pass() { echo "ok [$E2E_SCENARIO]: $*"; }
 # e2e_same WHAT GOT WANT: GOT is WANT, or the scenario fails saying what it got.
 e2e_same() { [ "$2" = "$3" ] || e2e_fail "$1: \"$2\", not \"$3\""; }
 
-# e2e_until SECONDS CONDITION: CONDITION (shell text, run again every
-# 0.1 s) holds within SECONDS; 1 when the time ran out.
+# e2e_until SECONDS CONDITION: the shell text CONDITION holds within SECONDS.
 e2e_until() {
   local deadline=$((SECONDS + $1))
   until eval "$2"; do
@@ -95,13 +87,11 @@ e2e_until() {
   done
 }
 
-# The probe on the program's desktop; its output on stdout.
 e2e_probe() { wine "$PROBE" -d "$DESKTOP" "$@" 2>/dev/null; }
 
-# Waits until every condition holds (see veldor_probe.cpp), at most the
-# given seconds (-t, default 30). The probe's last view of the program is in
-# $ART/last_probe.txt. Returns 1 when the time ran out; a program that does
-# not answer fails the scenario at once.
+# e2e_wait [-t SECONDS] CONDITION... (see veldor_probe.cpp): 1 when the time
+# ran out; a program that does not answer fails the scenario. The probe's
+# last look is in $ART/last_probe.txt.
 e2e_wait() {
   local rc=0
   e2e_probe wait "$@" >"$ART/last_probe.txt" || rc=$?
@@ -109,13 +99,12 @@ e2e_wait() {
   [ "$rc" != 4 ] || e2e_fail "bad probe condition: $*"
   [ "$rc" = 0 ]
 }
-# e2e_expect MESSAGE CONDITION...: waits, and fails with MESSAGE on a timeout.
+# e2e_expect MESSAGE CONDITION...: e2e_wait, failing with MESSAGE.
 e2e_expect() {
   e2e_wait "${@:2}" || e2e_fail "$1; the program showed: $(grep -v '^control=' "$ART/last_probe.txt" | tr '\n' ' ')"
 }
 
-# Makes sure that COM1, COM3 and COM4 of the prefix lead where the
-# scenarios expect. Changing the registry needs a new wineserver session.
+# COM1, COM3 and COM4 of the prefix; a registry change needs a new wineserver.
 e2e_link_ports() {
   local port
   local -A target=([COM1]="$COM1_LINK" [COM3]="$COM3_PATH" [COM4]="$COM4_PATH")
@@ -132,16 +121,13 @@ e2e_link_ports() {
   fi
 }
 
-# A fresh start: no settings file, and the default calibration beside the
-# program.
 e2e_fresh_settings() {
   rm -f "$INI"
   cp "$E2E_ROOT_DIR/tests/data/cal/default_curve.cal" "$BUILD_ROOT/Default.cal"
 }
-# e2e_setting SECTION KEY VALUE: writes one key of the settings file before
-# the program starts, other keys untouched. e2e_settings does the same for
-# lines "SECTION|KEY|VALUE" on its input.
-e2e_setting() { printf '%s|%s|%s\n' "$1" "$2" "$3" | e2e_settings; }
+# e2e_setting SECTION KEY VALUE...: keys of the settings file written before
+# the start; e2e_settings: the lines "SECTION|KEY|VALUE" of its input.
+e2e_setting() { printf '%s|%s|%s\n' "$@" | e2e_settings; }
 e2e_settings() {
   mkdir -p "$(dirname "$INI")"
   python3 -c '
@@ -156,14 +142,12 @@ with open(sys.argv[1], "w", encoding="latin-1", newline="\r\n") as out:
     ini.write(out, space_around_delimiters=False)
 ' "$INI"
 }
-# e2e_ini_value SECTION KEY: prints the value of a key of the settings file.
 e2e_ini_value() {
   tr -d '\r' <"$INI" | awk -v s="[$1]" -v k="$2" '
     /^\[/ { inside = (tolower($0) == tolower(s)); next }
     inside { i = index($0, "="); if (i > 0 && tolower(substr($0, 1, i - 1)) == tolower(k)) { print substr($0, i + 1); exit } }'
 }
 
-# e2e_start_sim [OPTIONS]: the simulator on a new pty, linked as COM1.
 e2e_start_sim() {
   rm -f "$COM1_LINK"
   "$SIM" --link "$COM1_LINK" --log "$SIM_LOG" --record-file "$SENT" "$@" >"$ART/sim.out" 2>&1 &
@@ -172,10 +156,9 @@ e2e_start_sim() {
   [ -e "$COM1_LINK" ] || e2e_fail "the simulator ended: $(head -1 "$ART/sim.out")"
 }
 
-# Opens the Wine desktop on which the program runs, and the watcher: it
-# places status_hook.dll in the programs of the desktop, so that every status
-# text and caption the program sets is appended to $STATUS_LINES, and writes
-# "HUNG" to $STATUS_LOG when the frame does not answer within 5 seconds.
+# The Wine desktop, and the watcher: its hook appends every status text and
+# caption the program sets to $STATUS_LINES; "HUNG" in $STATUS_LOG says the
+# frame did not answer within 5 seconds.
 e2e_start_desktop() {
   local try
   wine explorer "/desktop=$DESKTOP,1024x768" >>"$ART/wine.log" 2>&1 &
@@ -195,7 +178,6 @@ e2e_start_desktop() {
   e2e_fail "the watcher ended: $(cat "$STATUS_LOG")"
 }
 
-# Starts veldor.exe (or the exe given) on the desktop and waits for its frame.
 e2e_start_program() {
   local exe="${1:-$EXE}"
   [ -n "$WATCH_PID" ] || e2e_start_desktop
@@ -204,15 +186,12 @@ e2e_start_program() {
   e2e_expect "no frame window appeared" -t 60 frames=1
 }
 
-# Gets the sign-on box out of the way: a click closes it, as the operator
-# may do, rather than waiting for it to close by itself; then the frame
-# takes input again.
+# A click closes the sign-on box, as the operator may do.
 e2e_close_signon() {
   if e2e_wait -t 5 window=; then xdotool mousemove 512 384 click 1; fi
   e2e_expect "the sign-on box did not close" -t 20 nowindow= enabled=1
 }
 
-# Gives the Wine desktop the keyboard.
 e2e_focus() {
   local win
   win="$(xdotool search --name "$DESKTOP - Wine desktop" | sed -n 1p)"
@@ -220,7 +199,6 @@ e2e_focus() {
   xdotool windowfocus --sync "$win"
 }
 e2e_key() { xdotool key --delay 80 "$@"; }
-# Types text into the control that has the focus (a leading "-" too).
 e2e_type() { xdotool type --delay 20 -- "$1"; }
 # e2e_keys TOKEN...: keys, and ":TEXT" tokens typed as text, in order.
 e2e_keys() {
@@ -243,15 +221,11 @@ e2e_menu() {
   [ $# -lt 2 ] || e2e_key "${@:2}"
 }
 
-# The Windows form of a path here.
 e2e_winpath() { winepath -w "$1" 2>/dev/null; }
 
-# Waits up to $2 seconds for a line of the simulator's log matching $1.
-e2e_wait_log() {
-  local pattern="$1"
-  e2e_until "$2" 'grep -q -- "$pattern" "$SIM_LOG" 2>/dev/null'
-}
-# The bodies received from the program, in order, one a line.
+# e2e_wait_log PATTERN SECONDS: a line of the simulator's log matches.
+e2e_wait_log() { e2e_until "$2" "grep -q -- $(printf %q "$1") \"\$SIM_LOG\" 2>/dev/null"; }
+# The bodies received from the program, one a line.
 e2e_received() { sed -n 's/^[0-9]* RX \(.*\)$/\1/p' "$SIM_LOG"; }
 # The bodies received after the first N, without "KA" and "NA".
 e2e_received_after() { e2e_received | tail -n +$(($1 + 1)) | grep -v -x -e KA -e NA || true; }
@@ -272,16 +246,14 @@ e2e_expect_wire() {
   [ "$first" = 0 ] || got="$(head -n "$count" <<<"$got")"
   [ "$got" = "$want" ] || e2e_fail "$1: sent [$(echo "$got" | tr '\n' ' ')], not [${*:2}]"
 }
-# How many samples the simulator has sent.
 e2e_samples_sent() { grep -c '^[0-9]* TX RA ' "$SIM_LOG" 2>/dev/null || true; }
-# Waits until the simulator has sent N more samples than now, at most S s.
+# e2e_wait_samples N SECONDS: N more samples sent.
 e2e_wait_samples() {
   local target=$(($(e2e_samples_sent) + $1))
   e2e_until "$2" '[ "$(e2e_samples_sent)" -ge "$target" ]'
 }
 
-# A status text set in pane 0 (or "pane1=..." etc. as given) since the last
-# e2e_mark (or since the desktop opened); fixed string.
+# e2e_status_seen TEXT: TEXT set in pane 0 (or "pane1=TEXT" etc.) since e2e_mark.
 E2E_MARK=0
 e2e_mark() { E2E_MARK=$( (wc -l <"$STATUS_LINES") 2>/dev/null || echo 0); }
 e2e_status_seen() {
@@ -291,74 +263,56 @@ e2e_status_seen() {
     awk -v l="$line" -v from="$E2E_MARK" 'NR > from { sub(/^[0-9]+ /, ""); if ($0 == l) { found = 1; exit } }
       END { exit !found }' "$STATUS_LINES"
 }
-# Waits up to $2 seconds for a status text to be set.
 e2e_wait_status() {
   local text="$1"
   e2e_until "$2" '! grep -q " HUNG$" "$STATUS_LOG" || e2e_fail "the program stopped answering"; e2e_status_seen "$text"'
 }
 # e2e_expect_status TEXT [SECONDS]: fails when TEXT is not set within 5 s.
 e2e_expect_status() { e2e_wait_status "$1" "${2:-5}" || e2e_fail "no status line \"$1\""; }
-# The texts set in pane 0, in order, one a line.
 e2e_status_lines() { sed -n 's/^[0-9]* pane0=//p' "$STATUS_LINES" 2>/dev/null; }
 
-# Waits until the program has ended: no frame and no process.
 e2e_wait_exit() {
   local exe="${2:-$EXE}"
   e2e_until "$1" '! pgrep -f "^$exe" >/dev/null 2>&1' || e2e_fail "the program is still running"
 }
 
-# The layout of the scenarios that look at the views: the frame maximised,
-# the Listing top left with the Chart under it, the Plot on the right; the
-# Tags window shown with 1.
+# The views' layout: the frame maximised, the Listing top left over the
+# Chart, the Plot on the right; the Tags window shown with 1.
 e2e_view_layout() {
   local window x y width height
-  e2e_setting "Main window" Maximised 1
-  e2e_setting "Main window" "Show tags" "${1:-0}"
+  e2e_setting "Main window" Maximised 1 "Main window" "Show tags" "${1:-0}"
   for window in "Listing 0 0 560 400" "Chart 0 400 560 260" "Plot 560 0 460 660"; do
     read -r window x y width height <<<"$window"
     printf "$window|%s\n" "Origin X|$x" "Origin Y|$y" "Width|$width" "Height|$height" | e2e_settings
   done
 }
-# e2e_file_dialog KEYS TITLE STATUS PATH: KEYS open the file dialog TITLE,
-# which sets the status line STATUS; PATH is typed into it and taken.
+# e2e_file_dialog KEYS TITLE STATUS PATH DONE: KEYS open the file dialog
+# TITLE, which sets the status STATUS; PATH is taken, and the title and the
+# status "Data DONE file 'NAME'" name it.
 e2e_file_dialog() {
   e2e_mark
   e2e_keys $1
   e2e_expect "no file dialog \"$2\"" -t 15 "window=$2"
   e2e_expect_status "$3" 5
-  e2e_type "$(e2e_winpath "$4")"
-  e2e_key Return
+  e2e_keys ":$(e2e_winpath "$4")" Return
+  e2e_expect "$(basename "$4") is not shown" -t 20 nowindow="$2" "caption=VELDOR [ $(basename "$4") ]"
+  e2e_expect_status "Data $5 file '$(basename "$4")'" 10
 }
-# e2e_open_survey FILE: File > Open through the file dialog; the title and
-# the status line name FILE.
-e2e_open_survey() {
-  e2e_file_dialog ctrl+o "Open Data File" "Select data file to open..." "$1"
-  e2e_expect "$(basename "$1") is not shown loaded" -t 20 nowindow="Open Data File" \
-    "caption=VELDOR [ $(basename "$1") ]"
-  e2e_expect_status "Data read from file '$(basename "$1")'" 10
-}
-# e2e_save_as PATH: File > Save As into PATH; the title and the status line
-# name it.
-e2e_save_as() {
-  e2e_file_dialog "alt+f a" "Save Data File..." "Select filename for data file..." "$1"
-  e2e_expect "$(basename "$1") is not saved" -t 20 nowindow="Save Data File..." "caption=VELDOR [ $(basename "$1") ]"
-  e2e_expect_status "Data written to file '$(basename "$1")'" 10
-}
-# e2e_shot NAME [SECONDS]: a screenshot, after a pause when given.
+e2e_open_survey() { e2e_file_dialog ctrl+o "Open Data File" "Select data file to open..." "$1" "read from"; }
+e2e_save_as() { e2e_file_dialog "alt+f a" "Save Data File..." "Select filename for data file..." "$1" "written to"; }
+# e2e_shot NAME [PAUSE]: a screenshot.
 e2e_shot() {
   [ -z "${2:-}" ] || sleep "$2"
   import -window root "$ART/$1.png" 2>/dev/null || true
 }
-# e2e_view_shot NAME: a screenshot once the windows have painted, with the
-# probe's view of the window places beside it (NAME.probe).
+# e2e_view_shot NAME: a screenshot once painted, with the probe's look (NAME.probe).
 e2e_view_shot() {
   sleep 1
   e2e_wait -t 5 enabled=1 || true
   e2e_shot "$1"
   cp "$ART/last_probe.txt" "$ART/$1.probe"
 }
-# e2e_click CLASS X Y [BUTTON]: a click on a client point of a child window,
-# placed as the probe's last look saw it.
+# e2e_click CLASS X Y [BUTTON]: a click on a client point of a child window.
 e2e_click() {
   local origin
   origin="$(sed -n "s/^client=$1|\([0-9-]*\),\([0-9-]*\),.*/\1 \2/p" "$ART/last_probe.txt")"
@@ -366,9 +320,7 @@ e2e_click() {
   xdotool mousemove $((${origin% *} + $2)) $((${origin#* } + $3)) click "${4:-1}"
 }
 
-# ---- Boxes and dialogs ---------------------------------------------------------------------------
-# e2e_says TEXT: a static control of the probe's last look says TEXT, as
-# the probe escapes it ("TEXT*": begins so).
+# e2e_says TEXT: a static control says TEXT (escaped as the probe does; "TEXT*": begins so).
 e2e_says() {
   E2E_TEXT="$1" awk -F'|' '$1 == "control=Static" {
       t = substr($0, length($1) + length($2) + 3); w = ENVIRON["E2E_TEXT"]
@@ -384,39 +336,34 @@ e2e_box() {
   [ -z "${2:-}" ] || grep -q -F "window=#32770|$2|0|" "$ART/last_probe.txt" ||
     e2e_fail "the box \"$1\" is not owned by the dialog \"$2\""
 }
-# e2e_close_box MESSAGE: Return on the message box "VELDOR" in front, pressed
-# again only while the box is still there (a box that another thread opened
-# may take the keyboard a moment after it shows); fails with MESSAGE.
+# e2e_close_box MESSAGE: Return on the box "VELDOR", again while it stays (a
+# box another thread opened may take the keyboard a moment late).
 e2e_close_box() {
   local try box
   for try in 1 2 3; do
     e2e_key Return
     if e2e_wait -t 3 nowindow=VELDOR; then return 0; fi
-    # Still there: the keyboard may have stayed with the window behind it.
     box="$(sed -n 's/^window=#32770|VELDOR|1|//p' "$ART/last_probe.txt" | head -n 1)"
     [ -z "$box" ] || e2e_probe front "$box" || true
   done
   e2e_fail "$1"
 }
-# e2e_refused TITLE TEXT: a box says TEXT, Return closes it and the dialog
-# TITLE stays open.
+# e2e_refused TITLE TEXT: a box says TEXT, Return closes it, the dialog TITLE stays.
 e2e_refused() {
   e2e_box "$2"
   e2e_close_box "the box \"$2\" did not close"
   e2e_expect "the dialog closed after \"$2\"" -t 10 nowindow=VELDOR "window=$1"
 }
-# e2e_check LOG SCRIPT ARGS...: a checker that prints one line a fact, "ok"
-# or "WRONG", with the modules beside this file importable; its output goes
-# to $ART/LOG and its first wrong fact fails the scenario.
+# e2e_check LOG SCRIPT ARGS...: a Python checker, its output in $ART/LOG; a
+# wrong fact fails the scenario.
 e2e_check() {
   local log="$ART/$1"
   shift
   PYTHONPATH="$E2E_ROOT_DIR/tests/e2e:$E2E_ROOT_DIR/tests" python3 "$@" >>"$log" 2>&1 ||
     { tail -3 "$log"; e2e_fail "$(basename "$1") ${2:-}: $(tail -1 "$log")"; }
 }
-# e2e_open_dialog MENU KEYS TITLE STATUS [CONDITION...]: MENU opens a menu
-# (none with ""), KEYS choose the command, and the dialog TITLE opens with
-# the status line STATUS (and the conditions hold).
+# e2e_open_dialog MENU KEYS TITLE STATUS [CONDITION...]: MENU ("" none) and
+# KEYS open the dialog TITLE with the status STATUS.
 e2e_open_dialog() {
   e2e_mark
   if [ -n "$1" ]; then e2e_menu "$1" $2; else e2e_key $2; fi
@@ -432,10 +379,8 @@ e2e_expect_ini() {
   done
 }
 # e2e_ini_mark, then e2e_ini_unchanged WHAT: the settings file's bytes did not change.
-e2e_ini_sum() { if [ -f "$INI" ]; then md5sum <"$INI"; else echo none; fi; }
-e2e_ini_mark() { E2E_INI_SUM="$(e2e_ini_sum)"; }
-e2e_ini_unchanged() { [ "$(e2e_ini_sum)" = "$E2E_INI_SUM" ] || e2e_fail "$1 changed the settings file"; }
-# e2e_has_labels WHAT LABEL...: the probe's last look shows a control of each text.
+e2e_ini_mark() { E2E_INI_SUM="$(md5sum "$INI" 2>/dev/null || true)"; }
+e2e_ini_unchanged() { [ "$(md5sum "$INI" 2>/dev/null || true)" = "$E2E_INI_SUM" ] || e2e_fail "$1 changed the settings file"; }
 e2e_has_labels() {
   local label
   for label in "${@:2}"; do
@@ -443,7 +388,6 @@ e2e_has_labels() {
   done
 }
 
-# ---- Tables of steps -----------------------------------------------------------------------------
 # e2e_split TEXT: the parts of TEXT between "; ", into the array E2E_PARTS.
 e2e_split() { IFS=";" read -r -a E2E_PARTS <<<"${1//; /;}"; }
 # e2e_step KEYS [EXPECT [SETTINGS [WIRE [SHOT]]]]: one row of a table of steps.
@@ -505,9 +449,7 @@ e2e_rows() {
   done
 }
 
-# ---- Starting and ending the program -------------------------------------------------------------
-# e2e_start_linked [OPTIONS]: the simulator with OPTIONS on COM1, the
-# program started, its "OP 1" received and the sign-on box closed.
+# e2e_start_linked [SIM_OPTIONS]: the program started on the simulator, past the sign-on.
 e2e_start_linked() {
   e2e_start_sim "$@"
   e2e_start_program
@@ -515,8 +457,7 @@ e2e_start_linked() {
   e2e_close_signon
   e2e_focus
 }
-# e2e_start_on_survey DAT [SHOW_TAGS]: the program started on the views'
-# layout and the survey DAT opened through File > Open.
+# e2e_start_on_survey DAT [SHOW_TAGS]: the program started on the views' layout with DAT open.
 e2e_start_on_survey() {
   e2e_view_layout "${2:-0}"
   e2e_start_program
@@ -531,9 +472,8 @@ e2e_record() {
   e2e_key "$1"
   e2e_expect "$1 did not make it $pane" -t 10 "pane1=$pane" "${@:2}"
 }
-# e2e_quit [ANSWER [EXE]]: File > Exit; with ANSWER the question "Current
-# data has changed\nSave data ?" comes and gets it. The program ends, and
-# "OP 0" reaches the controller when it had the port.
+# e2e_quit [ANSWER [EXE]]: File > Exit; ANSWER to the question to save. The
+# program ends, with "OP 0" when it had the port.
 e2e_quit() {
   local op0
   op0=$(grep -c " RX OP 0$" "$SIM_LOG" 2>/dev/null || true)
@@ -550,6 +490,4 @@ e2e_quit() {
 }
 
 e2e_link_ports
-# Every scenario starts with no settings file and the default calibration
-# beside the program.
 e2e_fresh_settings

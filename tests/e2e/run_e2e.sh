@@ -1,10 +1,6 @@
 #!/usr/bin/env bash
-# Runs the end-to-end scenarios of veldor.exe (scenario_*.sh, each described
-# at its top) under Wine on one virtual display, with the controller
-# simulator on COM1, and prints a summary with each scenario's time; the
-# artefacts stay in <Windows build>/e2e/<scenario>/. Exits non-zero when a
-# scenario failed; the others still run.
-#
+# Runs the end-to-end scenarios (scenario_*.sh) on one virtual display and
+# prints each one's result and time; non-zero when one failed.
 # usage: run_e2e.sh [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR] [SCENARIO...]
 set -euo pipefail
 
@@ -21,8 +17,6 @@ fi
 rm -rf "$WIN/e2e"
 mkdir -p "$WIN/e2e"
 
-# One virtual display for all scenarios; each scenario runs its own
-# wineserver session on it.
 export BUILD_ROOT="$WIN" VELDOR_HEADLESS=1
 # shellcheck source=../../scripts/wine-env.sh
 source "$ROOT/scripts/wine-env.sh"

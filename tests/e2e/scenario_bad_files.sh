@@ -1,10 +1,8 @@
 #!/usr/bin/env bash
-# Bad files around the program: a copy of veldor.exe in a folder with no
-# Default.cal and no Colours.txt, and a settings file of absurd values.
-# Each of the four channels gets the box "Error opening calibration
-# file\n'<folder>\Default.cal'", and nothing else is said; then the program
-# runs: the port opens, the four child windows show, recording at the absurd
-# interval stores records, and the exit asks to save and writes its keys.
+# A copy of veldor.exe with no Default.cal and no Colours.txt beside it, and
+# a settings file of absurd values: four boxes "Error opening calibration
+# file\n'<folder>\Default.cal'" and nothing else; then the port opens, the
+# four child windows show, recording stores records, the exit writes its keys.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 APP="$ART/app"
@@ -52,7 +50,6 @@ cp "$INI" "$ART/VELDOR_before.ini"
 e2e_start_sim
 e2e_start_program "$APP/veldor.exe"
 
-# ---- The four boxes of the missing calibration file ------------------------------------------
 e2e_focus
 expected='Error opening calibration file\n'"'$APP_WIN\\Default.cal'"
 # Each box is told from the one before by its handle.
@@ -78,7 +75,6 @@ e2e_expect "the frame is not up after the start" -t 10 enabled=1 caption=VELDOR 
 e2e_shot started
 e2e_status_seen "Read calibration file 'Default.cal'" && e2e_fail "a calibration file was read"
 
-# ---- It runs: recording at the absurd interval, then the exit -----------------------------------
 e2e_focus
 e2e_record F1
 e2e_expect "no records at the interval of -7" -t 15 "pane2=0.02 %"

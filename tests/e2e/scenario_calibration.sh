@@ -1,10 +1,8 @@
 #!/usr/bin/env bash
 # Record > Calibration with the simulator streaming, on a survey of 300
-# records: "CA 1" and the default curve; "Insert Power" takes a reading the
-# simulator sent; "New" writes a file of no points, named in the caption and
-# "Ch1 filename"; two points typed and saved are the file's points, drawn with
-# the live line; "Done" sends "OP 1"; the listing file then shows channel 1 of
-# the records already taken on the new curve.
+# records: "CA 1" and the default curve; "Insert Power" takes a reading sent;
+# "New" writes a file of no points; two points typed and saved, drawn with
+# the live line; "Done" sends "OP 1"; the listing file shows the new curve.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 DAT="$ART/survey.DAT"
@@ -84,7 +82,6 @@ e2e_view_layout
 e2e_start_linked
 e2e_open_survey "$DAT"
 
-# ---- Opening: "CA 1", the caption, the default curve -----------------------------------------
 e2e_open_dialog alt+r b "$EDITOR_DEFAULT" Calibration
 e2e_wait_log "RX CA 1" 5 || e2e_fail "no CA 1 on opening"
 e2e_has_labels "the editor" "Channel 1" "Channel 2" "Channel 3" "Channel 4" "Power (X axis)" \
@@ -104,7 +101,6 @@ power="$(sed -n 's/^control=Edit|1311|//p' "$ART/last_probe.txt")"
 check recent "$SIM_LOG" 4 "$((10#$power))"
 e2e_pass "Insert Power: $power, a reading the simulator sent"
 
-# ---- New: a file of no points at once -----------------------------------------------------
 e2e_step "Tab Tab Tab Tab space" "window=Open Calibration File..." "" "" new_dialog
 e2e_type "$(e2e_winpath "$CAL")"
 e2e_step Return "nowindow=Open Calibration File...; window=$EDITOR_NEW; status=Written calibration file 'chan1.cal'" \
@@ -112,7 +108,6 @@ e2e_step Return "nowindow=Open Calibration File...; window=$EDITOR_NEW; status=W
 check empty "$CAL"
 e2e_pass "New: chan1.cal of no points, named in the caption and the settings"
 
-# ---- Two points typed in, then Save ---------------------------------------------------------
 # Focus back on New: Power is six places before it; Add is two after Value.
 e2e_keys shift+Tab shift+Tab shift+Tab shift+Tab shift+Tab shift+Tab :0 Tab :0 Tab Tab space
 e2e_step "shift+Tab shift+Tab shift+Tab :255 Tab :2550 Tab Tab space" "window=$EDITOR_NEW" "" "" editor_two_points
@@ -121,7 +116,6 @@ e2e_step "Tab Tab Tab Tab Tab space" "status=Written calibration file 'chan1.cal
 check cal "$CAL"
 e2e_pass "Save: chan1.cal holds (0, 0.0) and (255, 2550.0); the live line and the curve are drawn"
 
-# ---- Done: "OP 1", and the listing of the records already taken ------------------------------------
 e2e_wire_mark
 e2e_step "Tab Tab space" "nowindow=$EDITOR_NEW"
 e2e_expect_wire -p "Done" "OP 1"

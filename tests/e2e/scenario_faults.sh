@@ -28,7 +28,6 @@ e2e_record F1
 e2e_wait_log "FAULT .*bad-check" 20 || e2e_fail "the simulator spoils no frame"
 e2e_shot recording
 
-# ---- The silence ----------------------------------------------------------------------------
 e2e_wait_log "NOTE silence begins" 30 || e2e_fail "the simulator did not fall silent"
 e2e_status_seen "No communications from controller" && e2e_fail "the loss of communication showed before the silence"
 e2e_expect_status "No communications from controller" 20
@@ -60,7 +59,6 @@ e2e_until 10 '[ "$(na_received)" = "$(spoiled_sent)" ]' ||
   e2e_fail "$(spoiled_sent) frames spoiled, $(na_received) NA received"
 e2e_pass "$(spoiled_sent) spoiled frames, each answered with one NA"
 
-# ---- Save As, and the file ------------------------------------------------------------------
 # The controller goes on sending, bad frames too: the status texts of the
 # save are soon replaced; e2e_save_as looks for them among all that were set.
 e2e_save_as "$DAT"

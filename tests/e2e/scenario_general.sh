@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
 # The settings dialogs, on a survey of 300 records with TZR4100 mode on:
-# Display's formats written as 4, 2 and -1 and drawn, Cancel writing
-# nothing; the Plot's Colours/Size spin, its two refusals, then new breaks
-# and dot size written and drawn; Record > Settings refusing Distance in
-# TZR4100 mode, then its keys and channel labels written and drawn;
+# Display's formats written and drawn, Cancel writing nothing; the Plot's
+# Colours/Size spin, refusal, breaks and dot size written and drawn; Record >
+# Settings refusing Distance in TZR4100 mode, then its keys and labels;
 # Preferences' fonts, sizes and full path written, the rows grown.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
@@ -11,7 +10,6 @@ VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
 DAT="$ART/general.DAT"
 $VIEWS make "$DAT"
 
-# The scenario's own pixel facts, on the views module's helpers.
 PIXELS="$ART/pixels.py"
 cat >"$PIXELS" <<'PY'
 import sys
@@ -49,19 +47,12 @@ elif what == "dots":  # shot, probe, dat, break1, break2, break3, dot size (chan
     v.fact(checked >= 10 and len(bands) >= 2, f"{checked} dots checked, bands {sorted(bands)}")
 PY
 pixels() { e2e_check pixels.txt "$PIXELS" "$@"; }
-# pixels_out WHAT ARGS...: a measure of a screenshot, printed.
 pixels_out() { PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 "$PIXELS" "$@"; }
 
-e2e_settings <<EOF
-Listing|Lat/Long|1
-Listing|Sign|1
-Listing|Decimal places|0
-TZR4100|Enable TZR4100 mode|1
-EOF
+e2e_setting Listing Lat/Long 1 Listing Sign 1 Listing "Decimal places" 0 TZR4100 "Enable TZR4100 mode" 1
 e2e_start_on_survey "$DAT"
 e2e_view_shot opened
 
-# ---- Configure > Display ------------------------------------------------------------------------
 # Every group starts on its first button, so the arrow keys go to known ones.
 DISPLAY_BOX="VELDOR - Display settings"
 e2e_open_dialog alt+c d "$DISPLAY_BOX" "Configure display"
@@ -75,7 +66,6 @@ e2e_open_dialog alt+c d "$DISPLAY_BOX" "Configure display"
 e2e_step "Up Escape" "nowindow=$DISPLAY_BOX" "[Listing] Lat/Long=4"
 e2e_pass "Display: Milliseconds, +/- and Raw written as 4, 2, -1 and drawn; Cancel writes nothing"
 
-# ---- The Plot's Colours/Size --------------------------------------------------------------------
 COLOURS="VELDOR - Plot colours/size"
 e2e_mark
 e2e_click Veldor_Plot 200 400 3
@@ -95,7 +85,6 @@ e2e_view_shot colours_after
 pixels dots "$ART/colours_after.png" "$ART/colours_after.probe" "$DAT" 95 90 85 9
 e2e_pass "Colours/Size: spin, both refusals, then 95/90/85 and 9 written and drawn"
 
-# ---- Record > Settings --------------------------------------------------------------------------
 RECSET="VELDOR - Record settings"
 e2e_open_dialog alt+r e "$RECSET" "Configure record settings"
 e2e_shot recset_dialog
@@ -112,7 +101,6 @@ e2e_view_shot recset_after
 pixels listing-changed "$ART/colours_after.png" "$ART/recset_after.png" "$ART/opened.probe" 0.6 1.0 0 1
 e2e_pass "Record settings: TZR refusal, then 1, 1, 1, 7, 1 written and the labels drawn"
 
-# ---- File > Preferences -------------------------------------------------------------------------
 PREFS="VELDOR - Preferences"
 before_rows="$(pixels_out row-height "$ART/recset_after.png" "$ART/recset_after.probe")"
 e2e_open_dialog alt+f p "$PREFS" "Set preferences"

@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
-# The setup program of the i686 build, in a fresh prefix: its licence page,
-# Cancel; /S installs the zip's files byte for byte, the Start-menu folder
-# and the Uninstall key; the installed veldor.exe starts with no settings
-# (its Default.cal read, no box, the version in Help > About) and counts the
-# installed Sample.DAT's records; Uninstall.exe /S leaves only VELDOR.ini
-# and a survey saved beside.
+# The setup program in a fresh prefix: its licence page, Cancel; /S installs
+# the zip's files byte for byte, the Start-menu folder and the Uninstall key;
+# the installed veldor.exe reads its Default.cal, shows its version in Help >
+# About and counts Sample.DAT; Uninstall.exe /S leaves only VELDOR.ini and a
+# survey saved beside.
 set -euo pipefail
 HERE="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 WIN_DIR="$(cd "$(dirname "${1:-$HERE/../../build/win64}")/win32" && pwd)"

@@ -10,7 +10,6 @@ GPSDIFF="VELDOR - Configure GPS Differential Mode"
 AR="VELDOR - Configure AR3000A"
 TZR="VELDOR - Configure TZR4100"
 PORTS="VELDOR - Port Setting"
-# open_dialog TITLE STATUS KEY...: the menu keys after Alt+C.
 open_dialog() {
   e2e_ini_mark
   e2e_wire_mark
@@ -20,7 +19,6 @@ open_dialog() {
 e2e_start_linked
 sleep 1
 
-# ---- Escape in each dialog: nothing sent, the settings file as it was ----------------------------
 for dialog in "$GPSDIFF|Configure differential GPS input|a d" "$AR|Configure AR3000A|a a" \
               "$PORTS|Configure ports|p"; do
   IFS='|' read -r title status keys <<<"$dialog"
@@ -29,8 +27,6 @@ for dialog in "$GPSDIFF|Configure differential GPS input|a d" "$AR|Configure AR3
 done
 e2e_pass "GpsDiffBox, AR3000aBox, PortsBox: Escape sends nothing and writes nothing"
 
-# ---- GpsDiffBox and AR3000aBox: OK, and the question answered Yes -----------------------------
-# keys | what holds | settings | bodies on the wire
 open_dialog "$GPSDIFF" "Configure differential GPS input" a d
 e2e_rows e2e_step <<EOF
 space Tab End | | | | gpsdiff
@@ -48,7 +44,6 @@ y | nowindow=$AR; enabled=1 | [AR3000A] Enable AR3000A mode=1; Baud Rate=9600; C
 EOF
 e2e_pass "AR3000aBox: OK sends the AC body and AS 1 and writes its keys"
 
-# ---- TzrBox -------------------------------------------------------------------------------
 open_dialog "$TZR" "Configure TZR4100" a t
 e2e_step space "" "" "MS 1"
 e2e_step Escape "nowindow=$TZR; enabled=1" unchanged "MS 1; MS 0"
@@ -68,7 +63,6 @@ y | nowindow=$TZR; enabled=1 | [TZR4100] Enable TZR4100 mode=1; Inital channel=0
 EOF
 e2e_pass "TzrBox: spin up stops at 99; Set now sends MC 3; OK sends MS 1, MN 99, MC 3, MI 1 and stores 99 and 4"
 
-# ---- PortsBox -----------------------------------------------------------------------------
 open_dialog "$PORTS" "Configure ports" p
 e2e_key End
 e2e_shot ports

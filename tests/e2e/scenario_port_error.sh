@@ -23,7 +23,6 @@ e2e_start_sim
 refused_port COM3 port_error
 e2e_pass "COM3 with no device: \"<< PC port error >>\""
 
-# The program runs on without a port.
 e2e_focus
 e2e_record F1 "pane0=Recording started"
 e2e_expect "no records stored without a port" -t 15 "pane2=0.02 %"
@@ -36,7 +35,6 @@ e2e_status_seen "Port closed" && e2e_fail "a port that never opened said closed"
 e2e_expect_ini "Main window" "Show listing=1"
 e2e_pass "recorded without a port, menus work, exit as usual"
 
-# ---- COM4: a device that is no serial line -------------------------------------------------
 refused_port COM4 port_error_com4
 e2e_quit
 e2e_pass "COM4, no serial line: \"<< PC port error >>\", exit as usual"

@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
-# Record > Filter and File > Create Listing File on a survey of 300 records
-# (every GPS state, five tags), with no controller: "Nothing to do" and
-# Cancel write nothing; after a filter by reading and one by position, Save
-# As writes exactly the records left, with their tags; an empty listing file
-# name is refused; two formats, one picked through Select, each file line by
-# line as the survey says; an existing name asks before overwriting.
+# Record > Filter and File > Create Listing File on a survey of 300 records,
+# no controller: "Nothing to do" and Cancel write nothing; after a filter by
+# reading and one by position, Save As writes exactly the records left with
+# their tags; an empty file name refused; two formats, one through Select,
+# each file line by line; an existing name asks before overwriting.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 CHECK="$ART/records_check.py"
@@ -78,10 +77,8 @@ FILTER="Filter Records"
 MAKE_FILE="Create Listing File"
 open_filter() { e2e_open_dialog alt+r f "$FILTER" "Filter records"; }
 open_make_file() { e2e_open_dialog alt+f f "$MAKE_FILE" "Creating list file"; }
-# Replaces the text of the edit that has the focus.
 retype() { e2e_keys End shift+Home BackSpace ${1:+":$1"}; }
 
-# ---- Filter Records: nothing chosen, then Cancel ---------------------------------------------
 e2e_ini_mark
 open_filter
 e2e_shot filter_box 0.5
@@ -93,7 +90,6 @@ e2e_refused "$FILTER" "Nothing to do"
 e2e_step Escape "nowindow=$FILTER" unchanged
 e2e_pass "Filter Records: \"Nothing to do\" keeps it open; Cancel writes nothing"
 
-# ---- Filter by reading, then by position; each saved ---------------------------------------------
 # Channel 1 less than 50.2 in calibrated units; then GPS not tracking,
 # latitude greater than 185414000 and longitude less than -3594000.
 open_filter
@@ -108,7 +104,6 @@ e2e_save_as "$BY_POSITION"
 check filtered "$DAT" "$BY_POSITION" position
 e2e_pass "filter by position: the saved file holds the records left and their tags"
 
-# ---- Create Listing File ------------------------------------------------------------------------
 e2e_ini_mark
 open_make_file
 e2e_shot make_file_box 0.5

@@ -12,7 +12,6 @@ e2e_close_signon
 e2e_expect "the first copy is not up" -t 10 frames=1
 children_before="$(grep '^child=' "$ART/last_probe.txt" | sort | tr '\n' ',')"
 
-# Minimised through its system menu, then another program in front.
 e2e_focus
 e2e_menu alt+space n
 e2e_expect "the frame did not minimise" -t 10 iconic=1

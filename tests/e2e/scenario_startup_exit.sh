@@ -1,16 +1,14 @@
 #!/usr/bin/env bash
-# Start-up with no settings file, Start and Stop, and the exit: the banner,
-# then "MS 1", "MN 10", "MC 1", "MI 1", "OP 1"; the frame titled "VELDOR"
-# with its four child windows, Text Tags on top, the sign-on box closing by
-# itself and the first status texts; F1 records at 5 seconds, stepping the
-# TZR4100 channel, F2 stops; File > Exit sends "OP 0", asks to save, and
-# writes the window keys.
+# Start-up with no settings file: the banner, then "MS 1", "MN 10", "MC 1",
+# "MI 1", "OP 1"; the frame "VELDOR" with four child windows, Text Tags on
+# top, the sign-on box closing by itself, the first status texts; F1 records
+# at 5 seconds stepping the TZR4100 channel, F2 stops; File > Exit sends
+# "OP 0", asks to save, and writes the window keys.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 e2e_start_sim
 e2e_start_program
 
-# ---- Start-up --------------------------------------------------------------------------
 e2e_wait_log "RX OP 1" 30 || e2e_fail "no OP 1 from the program"
 e2e_shot signon
 e2e_same "the start-up frames" "$(e2e_received | sed -n '1,5p' | tr '\n' '|')" "MS 1|MN 10|MC 1|MI 1|OP 1|"
@@ -18,14 +16,11 @@ e2e_same "the first of the banner and MS 1" "$(grep -m 1 -o -e "BANNER VELDOR (S
   "BANNER VELDOR (Software)"
 e2e_pass "banner, then MS 1, MN 10, MC 1, MI 1, OP 1"
 
-# The sign-on box stands for a few seconds and closes by itself.
 e2e_expect "the sign-on box is not shown over a disabled frame" -t 10 window= enabled=0
 e2e_expect "the sign-on box did not close by itself" -t 15 nowindow= enabled=1
 e2e_expect "the frame is not as a first start leaves it" -t 10 caption=VELDOR pane1=Idle "pane2=0 %"
 e2e_same "the child windows, topmost first" "$(sed -n 's/^child=//p' "$ART/last_probe.txt" | tr '\n' ',')" \
   "Veldor_Tags|Text Tags,Veldor_Listing|Listing,Veldor_Plot|Plot,Veldor_Chart|Chart,"
-# What the status bar showed, in order: the first texts, the four curves
-# read from Default.cal, then the port.
 e2e_same "the first status texts" "$(sed -n '1,3s/^[0-9]* //p' "$STATUS_LINES" | tr '\n' '|')" \
   "pane0=Initalising...|pane1=Idle|pane2=0 %|"
 e2e_same "the reads of Default.cal" "$(e2e_status_lines | grep -c -x "Read calibration file 'Default.cal'")" 4
@@ -34,20 +29,17 @@ e2e_same "the port opening" "$(e2e_status_lines | grep -x -e "COM1 opened" -e "P
 e2e_shot started
 e2e_pass "frame, four child windows with Text Tags on top; status: curves read, COM1 opened, Port opened"
 
-# ---- F1: recording at 5 seconds; the TZR4100 channel is set, then stepped per record ----
 e2e_focus
 e2e_wire_mark
 e2e_record F1
 e2e_expect_status "Recording started"
 e2e_expect_wire -p "F1" "MC 1" "MI 0"
-# The first record comes after the 5-second interval and steps the channel.
 e2e_until 15 '[ "$(e2e_received_after "$E2E_WIRE" | tail -n +3 | grep -c "^MC " || true)" -ge 1 ]' ||
   e2e_fail "no channel step while recording"
 e2e_expect "no record stored" -t 5 "pane2=0.01 %"
 e2e_shot recording
 e2e_pass "F1 starts recording: MC 1, MI 0, a record, a channel step"
 
-# ---- F2: recording stops; no more steps while 6 more samples arrive --------------------
 e2e_record F2 pane0="Recording stopped"
 steps=$(e2e_received | grep -c "^MC " || true)
 # At 5 seconds a record, and a step, would have come meanwhile.
@@ -56,7 +48,6 @@ e2e_wait_samples 6 20 || e2e_fail "the simulator stopped sending"
 e2e_shot stopped
 e2e_pass "F2 stops recording"
 
-# ---- Exit: "OP 0" before the question, the window state ---------------------------------
 e2e_key alt+f
 e2e_shot file_menu 0.5
 e2e_key x

@@ -1,10 +1,8 @@
 #!/usr/bin/env bash
-# A recorded survey, saved and opened again: F1 at one record a second
-# ("MC 1", "MI 1"), F2 ("MI 0"); Save As writes exactly the samples sent,
-# with sound flags and times; File > Close empties the store; a second run
-# opens the file, resumes recording with autosave on the first tick, saves
-# at Stop, and the exit's question answered Yes saves an F3 reading. One
-# sample every 2 seconds, so that each is recorded at least once.
+# A survey recorded at one record a second from a sample every 2 s: F1
+# ("MC 1", "MI 1"), F2; Save As writes exactly the samples sent; File > Close
+# empties the store; a second run opens the file, resumes with autosave on
+# the first tick, saves at Stop, and Yes at exit saves an F3 reading.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 DAT="$ART/survey.DAT"
@@ -19,7 +17,6 @@ e2e_setting General "Record Interval Seconds" 1
 since=$(date +%s)
 e2e_start_linked --period-ms 2000
 
-# ---- F1, eight records, F2 ---------------------------------------------------------------
 e2e_wire_mark
 span1_from=$(($(e2e_samples_sent) + 1))
 e2e_record F1
@@ -31,7 +28,6 @@ e2e_wait_log "RX MI 0" 5 || e2e_fail "no MI 0 at the stop"
 span1="$span1_from:$(e2e_samples_sent)"
 e2e_pass "recorded at interval 1 and stopped"
 
-# ---- File > Save As through the file dialog -----------------------------------------------
 e2e_save_as "$DAT"
 until_=$(($(date +%s) + 1))
 e2e_shot saved
@@ -43,23 +39,18 @@ e2e_expect "the store gauge does not show the records of the file ($shown)" -t 5
 check_dat --min-records 8 --span "$span1"
 e2e_pass "saved through the file dialog; the file holds the samples sent, in order, with sound flags and times"
 
-# ---- File > Close, then exit: nothing to ask, "OP 0" -------------------------------------------
 e2e_menu alt+f c
 e2e_expect "File > Close did not empty the store" -t 5 caption=VELDOR "pane0=File closed" "pane2=0 %"
 e2e_quit
 e2e_pass "File > Close: title \"VELDOR\", store empty; exit without a question"
 
-# ---- A second run: File > Open, autosave, and the save at exit ------------------------------
 cp "$DAT" "$ART/survey_first_run.DAT"
-e2e_setting General "Autosave Enable" 1
-e2e_setting General "Autosave Interval" 1
+e2e_setting General "Autosave Enable" 1 General "Autosave Interval" 1
 e2e_start_on_survey "$DAT"
 e2e_expect "the store gauge does not show survey.DAT loaded" -t 5 "pane2=$shown"
 e2e_shot opened
 e2e_pass "File > Open: title, status line and store gauge ($shown) show survey.DAT loaded"
 
-# Recording resumes on the loaded data; autosave writes the file on the
-# first tick, and Stop saves it again.
 saved_before="$(stat -c %Y.%s "$DAT")"
 span2_from=$(($(e2e_samples_sent) + 1))
 e2e_record F1
@@ -69,14 +60,12 @@ e2e_wait_samples 3 20 || e2e_fail "the simulator stopped sending"
 e2e_record F2
 e2e_wait_log "RX MI 0" 5 || e2e_fail "no MI 0 at the stop"
 span2="$span2_from:$(e2e_samples_sent)"
-# Stop saves: the file ends up with every record the gauge counts.
 written="pane0=Data written to file 'survey.DAT'"
 e2e_until 10 'gauge="$(python3 "$CHECK_DAT" --gauge "$DAT")" && e2e_wait -t 0 "pane2=$gauge" &&
               [ "$gauge" != "$shown" ] && e2e_wait -t 0 "$written"' ||
   e2e_fail "the stop did not save the records ($(grep "^pane2=" "$ART/last_probe.txt") shown, $gauge in the file)"
 e2e_pass "autosave on the first tick and the save at Stop wrote survey.DAT ($gauge)"
 
-# One more reading changes the data; the exit asks, and Yes saves them.
 records_before="$(records)"
 e2e_step F3 "pane0=Take single reading"
 e2e_quit y

@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# Text tags and manual readings on a survey of 300 records with the Text
-# Tags window open, no controller: F5 offers the last record, refuses index
-# 0 in silence, and a new tag is saved in its sorted place; Edit, Show and
-# Delete on lines of the list; F4 stores the offered zeros, then the typed
-# position and readings (cut to 8 bits), flags 0; after File > Close the
+# Text tags and manual readings on a survey of 300 records, no controller:
+# F5 offers the last record, refuses index 0 in silence, saves a new tag in
+# its sorted place; Edit, Show and Delete on lines of the list; F4 stores the
+# offered zeros, then the typed values cut to 8 bits; after File > Close the
 # list is empty and F5 says "No records to tag".
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
@@ -12,7 +11,6 @@ DAT="$ART/tags.DAT"
 SAVED="$ART/saved.DAT"
 $VIEWS make "$DAT"
 
-# expect_tags WHAT RECORD:TEXT...: the saved file's tags are exactly these.
 expect_tags() { e2e_same "$1: the file's tags" "$($VIEWS tags "$SAVED" | tr '\n' ' ')" "$(printf '%s ' "${@:2}")"; }
 
 # The Text Tags window lays out its list and buttons in a unit of a quarter
@@ -34,7 +32,6 @@ on_line() {
   for ((i = 0; i < $1; i++)); do e2e_key Down; done
   xdotool mousemove $(tags_point 150 $((top[$2] + 7))) click 1
 }
-# list_lines SHOT PROBE: how many pixel rows of the list's inside hold text.
 list_lines() {
   PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 -c '
 import sys, views_survey as v
@@ -47,14 +44,10 @@ save() { e2e_step ctrl+s "status=Data written to file 'saved.DAT'"; }
 TAG="Add/Edit Tag Text"
 MANUAL="Take Manual Reading"
 
-e2e_settings <<EOF
-Text Tags|Origin X|0
-Text Tags|Origin Y|400
-EOF
+e2e_setting "Text Tags" "Origin X" 0 "Text Tags" "Origin Y" 400
 e2e_start_on_survey "$DAT" 1
 e2e_view_shot opened
 
-# ---- F5: new tags -------------------------------------------------------------------------------------
 # The probe cannot read an edit of another program, so what a dialog offers
 # is proved by taking it with OK.
 e2e_step F5 "window=$TAG"
@@ -71,7 +64,6 @@ expect_tags "after F5" "0:Tag at record 1" "5:Tag at record 6" "10:Gate 11" "47:
   "150:Tag at record 151" "299:Tag at record 300" "299:Last one"
 e2e_pass "F5: the last record offered, index 0 refused in silence, the tag on record 11 saved in its sorted place"
 
-# ---- Edit the third line ----------------------------------------------------------------------------
 on_line 2 Edit
 e2e_expect "Edit did not open \"$TAG\"" -t 10 window="$TAG"
 e2e_view_shot edit_dialog
@@ -83,14 +75,12 @@ expect_tags "after Edit" "0:Tag at record 1" "5:Tag at record 6" "11:Gate twelve
   "150:Tag at record 151" "299:Tag at record 300" "299:Last one"
 e2e_pass "Edit: the third line's tag offered as it was, then moved to record 12 with a new text"
 
-# ---- Show the fourth line -----------------------------------------------------------------------------
 on_line 3 Show
 e2e_view_shot shown
 e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" plot "$ART/shown.png" "$ART/shown.probe" "$DAT" \
   --channel 0 --cross 47
 e2e_pass "Show: the Plot's cross hair on record 48"
 
-# ---- Delete the third and the last line -----------------------------------------------------------------
 on_line 2 Delete
 on_line 5 Delete
 save
@@ -99,7 +89,6 @@ expect_tags "after Delete" "0:Tag at record 1" "5:Tag at record 6" "47:Tag at re
 e2e_view_shot deleted
 e2e_pass "Delete: the tags on record 12 and the second on record 300 gone from the file"
 
-# ---- F4: manual readings --------------------------------------------------------------------------------
 # With no controller the dialog offers 0 in its six edits: OK takes them.
 e2e_step F4 "window=$MANUAL; status=Take manual reading"
 e2e_view_shot manual_dialog
@@ -119,7 +108,6 @@ sys.exit(0 if after == want else 1)
   e2e_fail "the saved file is not the survey and the two manual records: $(tail -1 "$ART/records.txt")"
 e2e_pass "F4: record 301 with the offered zeros, record 302 at (-123456, 654321) with readings 44 17 255 255, flags 0"
 
-# ---- No records to tag ---------------------------------------------------------------------------------
 e2e_menu alt+f c
 e2e_expect "File > Close did not close the survey" -t 10 caption=VELDOR
 e2e_view_shot closed

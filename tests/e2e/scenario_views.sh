@@ -12,7 +12,6 @@ SAVED="$ART/deleted.DAT"
 $VIEWS make "$DAT"
 
 e2e_start_on_survey "$DAT"
-# check KIND SHOT ARGS...: the views module's check of the screenshot SHOT.
 check() { e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" "$1" "$ART/$2.png" "$ART/$2.probe" "${@:3}"; }
 
 e2e_view_shot opened
@@ -21,7 +20,6 @@ check plot opened "$DAT" --channel 0
 check chart opened "$DAT" --channel 0
 e2e_pass "Listing, Plot (channel 1) and Chart (channel 1) draw the survey"
 
-# ---- Plot buttons: All, Best, Zoom In, Zoom Out, Zoom Auto; the Chart's Ch2 ------------------
 # plot_button N SHOT ARGS...: the Plot's button N (29 pixels apart), a
 # screenshot, and the Plot checked with ARGS.
 plot_button() {
@@ -51,7 +49,6 @@ row_menu() {
   e2e_step "$4"
 }
 
-# ---- Show Location on the second record ------------------------------------------------------------
 row_menu chart_ch2 1 0 l
 [ "$record" = 1 ] || e2e_fail "row 1 shows record $record"
 e2e_view_shot location
@@ -59,7 +56,6 @@ check plot location "$DAT" --channel 5 --cross 1
 check chart location "$DAT" --channel 1 --mark 1
 e2e_pass "Show Location: cross hair and chart mark on record 2"
 
-# ---- Keys, right click, Delete Record, Save As --------------------------------------------------------
 e2e_click Veldor_Listing 20 200
 e2e_key Next End
 sleep 1
@@ -69,8 +65,6 @@ e2e_view_shot deleted
 e2e_save_as "$SAVED"
 e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" deleted "$DAT" "$SAVED" "$record"
 e2e_pass "End, right click, Delete Record: record $((record + 1)) gone from the saved file, tags moved"
-# Home brings the first record back to the first row: Show Location on that
-# row puts the cross hair on record 1.
 e2e_key Home
 sleep 1
 row_menu deleted 0 0 l
@@ -79,14 +73,10 @@ check plot home "$SAVED" --channel 5 --cross 0
 e2e_pass "Home: the first row shows record 1 again"
 e2e_quit
 
-# ---- Max plot time 1 while recording --------------------------------------------------------------
 # A repaint must take longer than 1 ms whatever the machine: 15000 records
 # in All with dots of 50 pixels.
 $VIEWS make "$ART/big.DAT" 15000
-e2e_setting General "Max plot time" 1
-e2e_setting General "Record Interval Seconds" 1
-e2e_setting Plot Channel 5
-e2e_setting Plot "Dot size" 50
+e2e_setting General "Max plot time" 1 General "Record Interval Seconds" 1 Plot Channel 5 Plot "Dot size" 50
 e2e_start_linked --period-ms 500
 e2e_open_survey "$ART/big.DAT"
 e2e_mark

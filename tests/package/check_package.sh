@@ -1,9 +1,7 @@
 #!/usr/bin/env bash
-# Checks the package that `cpack` made in the i686 build, unzipped into a
-# fresh folder: its files; both programs PE32 i386 (GUI, console) importing
-# system DLLs only, and the setup program PE32 i386 GUI; an A4 manual that
-# names every menu label and dialog title of the resource scripts; a licence
-# that parses; Colours.txt in format.
+# Checks the package cpack made in the i686 build: its files; the programs
+# PE32 i386 importing system DLLs only; an A4 manual naming every menu label
+# and dialog title; a licence that parses; Colours.txt in format.
 # usage: check_package.sh [WIN32_BUILD_DIR]
 set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
@@ -37,8 +35,7 @@ done
 echo "ok [package]: veldor.exe PE32 GUI, veldor-export.exe PE32 console, system DLLs only;" \
   "$(basename "$SETUP") PE32 GUI ($(du -k "$SETUP" | cut -f1) KiB)"
 
-# Labels as the scripts spell them, without the & of access keys and the
-# key names after a tab.
+# Labels without the & of access keys and the key names after a tab.
 pdfinfo "$PKG/VELDOR_v2.pdf" | grep -q '^Page size:.*(A4)' || fail "pdfinfo: VELDOR_v2.pdf is no A4 PDF"
 pdftotext "$PKG/VELDOR_v2.pdf" - | tr -s ' \n\t' '   ' >"$WORK/manual.txt"
 labels="$(sed -n 's/^ *\(MENUITEM\|POPUP\) "\([^"]*\)".*/\2/p' "$ROOT/src/resources/veldor.rc"

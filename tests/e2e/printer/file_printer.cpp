@@ -1,6 +1,5 @@
-// The end-to-end tests' printer: a PostScript printer of Wine's own driver
-// whose port pipes every job into a file, made the default; removed again
-// for the no-printer case; and the metrics a job on it will meet.
+// A default printer of Wine's PostScript driver whose port pipes each job
+// into a file, and the metrics a job on it meets.
 //   file_printer add NAME PPD OUTFILE   (PPD a Windows path, OUTFILE a Unix path)
 //   file_printer remove NAME
 //   file_printer metrics                (of the default printer)
@@ -59,7 +58,6 @@ static int Remove(char* name) {
     return 0;
 }
 
-// What the print jobs will read of the default printer's surface.
 static int Metrics() {
     char name[256];
     DWORD size = sizeof name;

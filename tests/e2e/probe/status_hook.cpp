@@ -1,11 +1,7 @@
-// status_hook.dll: loaded by Windows into veldor.exe through the window hook
-// that veldor_probe installs on the desktop. It appends every text that the
-// program gives its status bar panes, and every frame caption, to the log
-// named in the shared memory "VeldorProbeStatusLog", one line each:
-//   <milliseconds of the system tick> pane<N>=<text>
-//   <milliseconds of the system tick> caption=<text>
-// So the scenarios see each status line, also those that the next replaces
-// at once. Newlines in texts are written as \n.
+// status_hook.dll: veldor_probe's window hook places it in veldor.exe, where
+// it appends every status pane text and frame caption set, even those that
+// the next replaces at once, to the log named in the shared memory
+// "VeldorProbeStatusLog": "<tick ms> pane<N>=<text>" or "<tick ms> caption=<text>".
 #include <windows.h>
 #include <commctrl.h>
 #include <stdio.h>
@@ -21,7 +17,6 @@ int IsClass(HWND hwnd, const char* name) {
 }
 
 void Append(const char* key, const char* text) {
-    // Where the lines go; read once from the shared memory.
     static char logPath[MAX_PATH];
     static int logPathRead;
     if (!logPathRead) {

@@ -1,30 +1,16 @@
-// veldor_probe: reads the running program's windows from outside, for the
-// end-to-end scenarios. A Win32 console program, run with Wine beside
-// veldor.exe on the same desktop.
-//
-//   veldor_probe [-d DESKTOP] state
-//       Prints, as "key=value" lines (newlines in texts as \n), the window in
-//       front (topmost=class|title), the frames, the frame's caption, enabled
-//       and iconic state and status panes, its MDI children (child=class|title,
-//       client=class|x,y,width,height on the screen) and the program's other
-//       top-level windows (window=class|title|enabled|handle) with their
-//       controls (control=class|id|text).
-//   veldor_probe [-d DESKTOP] wait [-t SECONDS] CONDITION...
-//       Polls until every condition holds, then prints the state and ends
-//       with 0; 1 when the time runs out. CONDITION: pane0..2, caption and
-//       topmost =TEXT (exact) or ~TEXT (contains); window=TITLE and
-//       nowindow=TITLE (of the program); frames=N, enabled=0|1, iconic=0|1.
-//   veldor_probe [-d DESKTOP] front HANDLE
-//       Brings the top-level window HANDLE (hex, as "window=" prints it) to
-//       the front, with the keyboard.
-//   veldor_probe [-d DESKTOP] watch [-t SECONDS] [-k DLL LOG]
-//       Prints "<ms> HUNG" when the frame does not answer within 5 seconds.
-//       With -k, first hooks status_hook.dll into the programs of the
-//       desktop, which then append every status text they set to LOG (a
-//       Windows path); "0 hooked" says the hook is in place.
-//
-// Exit codes: 0 done, 1 condition not met in time, 2 no frame, 3 the frame
-// did not answer within 5 seconds (the program hangs), 4 bad arguments.
+// veldor_probe: reads veldor.exe's windows from outside, on its Wine desktop.
+//   wait [-t SECONDS] CONDITION...  polls until every condition holds, then
+//       prints the program as "key=value" lines (texts escaped): topmost=,
+//       frames=, caption=, enabled=, iconic=, pane0..2=, child=class|title,
+//       client=class|x,y,width,height, window=class|title|enabled|handle and
+//       control=class|id|text. CONDITION: pane0..2, caption, topmost =TEXT or
+//       ~TEXT (contains); window= and nowindow=TITLE; frames=, enabled=, iconic=.
+//   front HANDLE  brings a window of "window=" to the front.
+//   watch [-t SECONDS] [-k DLL LOG]  prints "<ms> HUNG" whenever the frame
+//       stops answering; -k first hooks status_hook.dll into the desktop's
+//       programs, logging to LOG, and prints "0 hooked".
+// Exit codes: 0 done, 1 time out, 2 no desktop, 3 the frame does not answer,
+// 4 bad arguments.
 #include <windows.h>
 #include <commctrl.h>
 #include <fcntl.h>
@@ -290,12 +276,6 @@ int Holds(const Snapshot& s, const Condition& c) {
 
 Snapshot current;
 
-int RunState() {
-    TakeSnapshot(&current);
-    PrintSnapshot(current);
-    return !current.found ? 2 : current.hung ? 3 : 0;
-}
-
 int RunWait(int argc, char** argv) {
     double seconds = 30;
     Condition conditions[MaxConditions];
@@ -383,12 +363,6 @@ int UseDesktop(const char* name) {
     }
 }
 
-int Usage() {
-    fputs("usage: veldor_probe [-d DESKTOP] state | wait [-t SECONDS] CONDITION... |"
-          " front HANDLE | watch [-t SECONDS] [-k DLL LOG]\n", stderr);
-    return 4;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -401,14 +375,13 @@ int main(int argc, char** argv) {
         }
         i += 2;
     }
-    if (i >= argc) return Usage();
-    const char* command = argv[i++];
-    if (strcmp(command, "state") == 0) return RunState();
+    const char* command = i < argc ? argv[i++] : "";
     if (strcmp(command, "wait") == 0) return RunWait(argc - i, argv + i);
     if (strcmp(command, "watch") == 0) return RunWatch(argc - i, argv + i);
     if (strcmp(command, "front") == 0 && i < argc) {
         HWND hwnd = (HWND)(uintptr_t)strtoul(argv[i], nullptr, 16);
         return IsWindow(hwnd) && SetForegroundWindow(hwnd) ? 0 : 1;
     }
-    return Usage();
+    fputs("usage: veldor_probe [-d DESKTOP] wait|front|watch ...\n", stderr);
+    return 4;
 }
