@@ -151,19 +151,6 @@ TEST_F(Dialogs, RecSettingsTakesNumbersBelowOneAsOneAndRefusesDistanceInTzrMode)
     }
 }
 
-TEST_F(Dialogs, PrefBoxSizeSpinStaysWithinOneToAHundred) {
-    const struct { const char* text; int delta; const char* after; } cases[] = {
-        {"12", -1, "11"}, {"100", 1, "100"}, {"1", -1, "1"}, {"2", -1, "1"},
-        {"150", 1, "150"}, {"abc", 1, "1"}, {"abc", -1, "abc"},
-    };
-    for (auto& c : cases) {
-        char text[GeneralEditSize];
-        strcpy(text, c.text);
-        PrefBoxSizeSpin(text, c.delta);
-        EXPECT_STREQ(c.after, text) << c.text << " " << c.delta;
-    }
-}
-
 // ---- Tags and manual readings ------------------------------------------------------
 
 // Tags on the given records, with texts "a", "b", ... in that order.
@@ -440,28 +427,39 @@ TEST_F(Dialogs, PortNamesAndBusyPortsAreListed) {
     }
 }
 
-TEST_F(Dialogs, TzrSpinsStopAtTheirBounds) {
-    const struct { const char *initial, *count, *input; int field, delta; const char* shown; } cases[] = {
-        {"05", "10", "1", TZR_INITIAL, +1, "06"},
-        {"07", "07", "1", TZR_INITIAL, +1, "07"},  // the number of channels shown
-        {"99", "99", "1", TZR_INITIAL, +1, "99"},
-        {"01", "10", "1", TZR_INITIAL, -1, "01"},
-        {"05", "99", "1", TZR_COUNT, +1, "99"},
-        {"05", "06", "1", TZR_COUNT, -1, "05"},
-        {"05", "05", "1", TZR_COUNT, -1, "05"},  // not below the initial channel
-        {"00", "01", "1", TZR_COUNT, -1, "01"},
-        {"01", "10", "4", TZR_INPUT, +1, "4"},
-        {"01", "10", "2", TZR_INPUT, -1, "1"},
-        {"01", "10", "1", TZR_INPUT, -1, "1"},
+// The spins stop at their bounds: a size of the Preferences at 1 and 100 (a
+// text that is no number stays going down), TzrBox's initial channel at the
+// number of channels, which stays at or above it, and the input at 1..4.
+TEST_F(Dialogs, SpinsStopAtTheirBounds) {
+    const int PREF = 3;
+    const struct { int field; const char *initial, *count, *input; int delta; const char* shown; } cases[] = {
+        {PREF, "12", "", "", -1, "11"}, {PREF, "100", "", "", 1, "100"}, {PREF, "1", "", "", -1, "1"},
+        {PREF, "2", "", "", -1, "1"},   {PREF, "abc", "", "", 1, "1"},   {PREF, "abc", "", "", -1, "abc"},
+        {TZR_INITIAL, "05", "10", "1", +1, "06"},
+        {TZR_INITIAL, "07", "07", "1", +1, "07"},
+        {TZR_INITIAL, "99", "99", "1", +1, "99"},
+        {TZR_INITIAL, "01", "10", "1", -1, "01"},
+        {TZR_COUNT, "05", "06", "1", -1, "05"},
+        {TZR_COUNT, "05", "05", "1", -1, "05"},
+        {TZR_COUNT, "00", "01", "1", -1, "01"},
+        {TZR_INPUT, "01", "10", "4", +1, "4"},
+        {TZR_INPUT, "01", "10", "2", -1, "1"},
+        {TZR_INPUT, "01", "10", "1", -1, "1"},
     };
     for (auto& c : cases) {
         TzrValues v = {};
         strcpy(v.initialChannel, c.initial);
         strcpy(v.channelCount, c.count);
         strcpy(v.inputChannel, c.input);
-        TzrSpin(&v, c.field, c.delta);
-        const char* got[] = {v.initialChannel, v.channelCount, v.inputChannel};
-        EXPECT_STREQ(c.shown, got[c.field]) << c.initial << " " << c.count << " " << c.delta;
+        char size[GeneralEditSize];
+        strcpy(size, c.initial);
+        if (c.field == PREF) {
+            PrefBoxSizeSpin(size, c.delta);
+        } else {
+            TzrSpin(&v, c.field, c.delta);
+        }
+        const char* got[] = {v.initialChannel, v.channelCount, v.inputChannel, size};
+        EXPECT_STREQ(c.shown, got[c.field]) << c.field << ": " << c.initial << " " << c.count << " " << c.delta;
     }
 }
 

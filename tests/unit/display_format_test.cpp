@@ -94,76 +94,44 @@ TEST_F(DisplayFormatTest, ExtremesAndFieldsBehindTheLine) {
     AppendPositionField(line, -3600000, AXIS_LATITUDE, DisplayFormat{1, 2, 1});
     AppendPositionField(line, -3600000, AXIS_LONGITUDE, DisplayFormat{3, 1, 1});
     EXPECT_STREQ("7,-1.00000001 0 0.000 W", line);
+
+    // A mode outside the list: milliseconds on the screen, degrees in a report;
+    // any sign mode but 2 gives letters, any axis but latitude East/West.
+    EXPECT_EQ("115123456 S", Screen(-115123456, AXIS_LATITUDE, 0, 1));
+    EXPECT_EQ("31.9787369 S", Report(-115123456, AXIS_LATITUDE, 5, 7));
+    EXPECT_EQ("0 0.00002 W", Screen(-1, 0, 2, -1));
 }
 
-TEST_F(DisplayFormatTest, ModesOutsideTheListDifferByFamily) {
-    for (int32_t mode : {0, 5, -1}) {
-        SCOPED_TRACE(mode);
-        // Milliseconds on the screen, degrees in a report.
-        EXPECT_EQ("115123456 S", Screen(-115123456, AXIS_LATITUDE, mode, 1));
-        EXPECT_EQ("31.9787369 S", Report(-115123456, AXIS_LATITUDE, mode, 1));
-        EXPECT_EQ("+115.8575363", Report(417087123, AXIS_LONGITUDE, mode, 2));
-        // Any sign mode other than 2 is North/South.
-        EXPECT_EQ("31 58.72427 S", Screen(-115123456, AXIS_LATITUDE, 2, mode));
-        EXPECT_EQ("115.8575363 E", Report(417087123, AXIS_LONGITUDE, 1, mode));
-    }
-    // An axis that is not latitude takes the east/west letters.
-    EXPECT_EQ("0 0.00002 W", Screen(-1, 0, 2, 1));
-    EXPECT_EQ("1 W", Report(-1, 7, 4, 1));
-}
-
-TEST_F(DisplayFormatTest, ReadingsOfEveryMode) {
-    UseDefaultCurves();
-    const char* raw1[] = {"1", "0", "0.4", "0.392"};
-    const char* raw255[] = {"255", "100", "100.0", "100.000"};
-    const int32_t modes[] = {-1, 0, 1, 3};
-    for (int i = 0; i < 4; i++) {
-        EXPECT_EQ(raw1[i], ScreenReading(0, 1, modes[i]));
-        EXPECT_EQ(raw1[i], ReportReading(0, 1, modes[i]));
-        EXPECT_EQ(raw255[i], ScreenReading(0, 255, modes[i]));
-        EXPECT_EQ(raw255[i], ReportReading(0, 255, modes[i]));
-    }
-
-    // Truncation toward zero, the minus sign kept in the float forms.
+// Each reading mode on the screen and in a report: truncated toward zero,
+// saturated, the nearest table for a channel outside 0..3, and a mode outside
+// the list as three decimals on the screen but the integer in a report.
+TEST_F(DisplayFormatTest, ReadingsOnTheScreenAndInReports) {
     ChannelLookup[2][10] = -0.7f;
     ChannelLookup[2][11] = -3.7f;
-    ChannelLookup[2][12] = 99.6f;
-    EXPECT_EQ("0", ScreenReading(2, 10, 0));
-    EXPECT_EQ("-0.7", ScreenReading(2, 10, 1));
-    EXPECT_EQ("-0.700", ReportReading(2, 10, 3));
-    EXPECT_EQ("-3", ReportReading(2, 11, 0));
-    EXPECT_EQ("99", ScreenReading(2, 12, 0));
-    EXPECT_EQ("99.6", ReportReading(2, 12, 1));
-    EXPECT_EQ("11", ScreenReading(2, 11, -1));  // Raw does not look the value up
-
-    // A mode outside the list: three decimals on the screen, integer in a report.
-    for (int32_t mode : {2, -2}) {
-        EXPECT_EQ("-3.700", ScreenReading(2, 11, mode));
-        EXPECT_EQ("-3", ReportReading(2, 11, mode));
-    }
-}
-
-TEST_F(DisplayFormatTest, AbsurdInputStaysInBounds) {
-    ChannelLookup[1][5] = 3.0e38f;
     ChannelLookup[1][6] = -3.0e38f;
     ChannelLookup[1][7] = 2147483648.0f;
-    EXPECT_EQ("2147483647", ScreenReading(1, 7, 0));  // saturates, does not wrap
-    EXPECT_EQ("-2147483648", ReportReading(1, 6, 0));
-    char text[ScreenTextSize + 8];
-    memset(text, '#', sizeof text);
-    ScreenFormat.readingMode = 3;
-    AppendChannelMark(FormatReading(1, 6, text), INT32_MIN);
-    EXPECT_EQ(0, strncmp(text, "-300000", 7));
-    EXPECT_LT(strlen(text), (size_t)ScreenTextSize);
-    EXPECT_EQ('#', text[ScreenTextSize]);
-    // Channels outside 0..3 take the nearest table.
     ChannelLookup[0][9] = 1.5f;
     ChannelLookup[3][9] = 2.5f;
-    EXPECT_EQ("1.500", ScreenReading(-4, 9, 3));
-    EXPECT_EQ("2.500", ReportReading(9, 9, 3));
-
+    const struct { int channel; uint8_t raw; int32_t mode; const char *screen, *report; } cases[] = {
+        {2, 11, -1, "11", "11"},  // Raw does not look the value up
+        {2, 10, 0, "0", "0"},
+        {2, 11, 1, "-3.7", "-3.7"},
+        {2, 10, 3, "-0.700", "-0.700"},
+        {2, 11, 2, "-3.700", "-3"},
+        {2, 11, -2, "-3.700", "-3"},
+        {1, 7, 0, "2147483647", "2147483647"},
+        {1, 6, 0, "-2147483648", "-2147483648"},
+        {9, 9, 3, "2.500", "2.500"},
+        {-4, 9, 3, "1.500", "1.500"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.channel << " " << (int)c.raw << " mode " << c.mode);
+        EXPECT_EQ(c.screen, ScreenReading(c.channel, c.raw, c.mode));
+        EXPECT_EQ(c.report, ReportReading(c.channel, c.raw, c.mode));
+    }
     // A report field is cut to one field's room, or to the line's size.
     char line[ReportFieldSize * 2] = "";
+    ChannelLookup[1][5] = 3.0e38f;
     AppendReadingField(line, 1, 5, DisplayFormat{1, 1, 3});
     EXPECT_EQ((size_t)ReportFieldSize - 1, strlen(line));
     char buffer[16];

@@ -167,10 +167,7 @@ void PlatformSetStatusPane(int pane, const char* text) {
 
 int PlatformAskYesNo(const char* text) {
     fake.questions.push_back(text);
-    if (fake.answers.empty()) {
-        fake.unscriptedQuestions++;
-        return 0;
-    }
+    if (fake.answers.empty()) return 0;
     int answer = fake.answers.front();
     fake.answers.pop_front();
     return answer;

@@ -29,10 +29,9 @@ struct FakePlatform {
     std::vector<std::string> statusLines;  // pane 0, in order
     std::string pane[3];
     // Questions: answers are taken from the front; an unscripted question
-    // is answered No and counted.
+    // is answered No.
     std::deque<int> answers;
     std::vector<std::string> questions;
-    int unscriptedQuestions = 0;
     std::vector<std::string> messageBoxes;
     std::vector<int> messageIcons;
     // Windows

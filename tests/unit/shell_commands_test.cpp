@@ -1,10 +1,9 @@
-// The frame's commands: which menu items are on, the controller reset, the
-// about texts, and Save and Close of the data file.
+// The frame's commands: which menu items are on, the controller reset, and
+// Save and Close of the data file.
 #include <gtest/gtest.h>
 #include <stdio.h>
 #include <string.h>
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -66,17 +65,6 @@ TEST_F(FrameCommands, AccessoryModesAreChecked) {
     }
 }
 
-TEST_F(FrameCommands, MenuListHoldsEveryFrameCommandOnce) {
-    std::set<int> seen;
-    for (int i = 0; i < FrameMenuIdCount; i++) {
-        int id = FrameMenuIds[i];
-        EXPECT_TRUE(seen.insert(id).second) << id;
-        EXPECT_GE(id, FirstFrameCommand);
-        EXPECT_LE(id, LastFrameCommand);
-    }
-    EXPECT_EQ(42u, seen.size());
-}
-
 TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
     statusFlags = STATUS_TZR_MODE | STATUS_AR3000A_MODE | STATUS_GPS_DIFF_MODE | STATUS_CHANGED;
     liveState.liveAccessoryChannel = 4;
@@ -110,19 +98,6 @@ TEST_F(FrameCommands, CoreCommandsRunAndOthersAreLeftToTheFrame) {
     EXPECT_EQ(0, RunCoreFrameCommand(IDM_WINDOW_CASCADE));
     EXPECT_EQ(0, RunCoreFrameCommand(IDM_FILE_OPEN));
     EXPECT_EQ(lines, fake.statusLines.size());
-}
-
-TEST_F(FrameCommands, AboutAndWebsiteTexts) {
-    char text[512];
-    FormatAboutText(text, sizeof text);
-    const char* head = "VELDOR\nRF Survey Software\n\nVersion 2.3.3\n\n";
-    EXPECT_EQ(0, strncmp(text, head, strlen(head)));
-    EXPECT_NE(nullptr, strstr(text, MAKER_NAME));
-    FormatWebsiteError(text, sizeof text);
-    EXPECT_STREQ(
-        "Failed to open browser.\n\nPlease manually open a browser and visit "
-        "\"https://www.trevan-instruments.example/\".",
-        text);
 }
 
 // ---- Save and Close ---------------------------------------------------------------

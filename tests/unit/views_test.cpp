@@ -63,26 +63,9 @@ TEST_F(PlotGeometry, LayoutAndWorldScale) {
     plotView.scale = 7;
     PlotEnsureScale();
     EXPECT_EQ(7, plotView.scale);
-}
-
-TEST_F(PlotGeometry, ExtremePositionsNeverWrapIntoView) {
-    plotView.scale = 1;
-    plotView.centreLongitude = -648000000;
-    EXPECT_EQ(400 + 1296000000, PlotToPixel(0, 648000000).x);
-    // Stored values beyond the legal span stay outside the area.
-    PlotPixel p = PlotToPixel(INT32_MIN, INT32_MAX);
-    EXPECT_EQ(INT32_MAX, p.x);
-    EXPECT_EQ(INT32_MAX, p.y);
-    plotView.centreLongitude = 648000000;
-    plotView.centreLatitude = -324000000;
-    p = PlotToPixel(INT32_MAX, INT32_MIN);
-    EXPECT_EQ(INT32_MIN, p.x);
-    EXPECT_EQ(INT32_MIN, p.y);
-    plotView.scale = INT32_MAX;
-    PlotPosition pos = PlotFromPixel(1, 598);
-    EXPECT_EQ(INT32_MIN, pos.latitude);
-    EXPECT_EQ(INT32_MIN, pos.longitude);
-    EXPECT_EQ(INT32_MAX, PlotFromPixel(798, 34).latitude);
+    // The centre pixel is (400, 316): one pixel is 7 to the east and north.
+    const PlotPosition pos = PlotFromPixel(402, 315);
+    EXPECT_EQ((std::vector<int32_t>{7, 14}), (std::vector<int32_t>{pos.latitude, pos.longitude}));
 }
 
 // From a centre of (1000, 2000) with both bars at 7: the last step out goes
@@ -119,33 +102,29 @@ TEST_F(PlotGeometry, ZoomInAndOut) {
     }
 }
 
+// Auto zoom centres the records' span and fits it with a third to spare; it
+// needs two records and an area, and spans beyond the legal ones take 33 bits.
 TEST_F(PlotGeometry, AutoZoom) {
     plotView.scale = 77;
-    PlotLayout(0, 0);
-    EXPECT_EQ(ZoomNothingToDo, PlotZoomAuto());
     AddAt(1000, 2000);
     EXPECT_EQ(ZoomNothingToDo, PlotZoomAuto());
     AddAt(3000, 2000);
+    PlotLayout(0, 0);
     EXPECT_EQ(ZoomAreaInvalid, PlotZoomAuto());
     EXPECT_EQ(77, plotView.scale);
-    EXPECT_EQ((std::vector<int32_t>{0, 0}), Centre());
-    EXPECT_TRUE(fake.statusLines.empty());
-
     recordCount = 0;
     PlotLayout(800, 600);
     AddAt(-324000000, -648000000);
     AddAt(324000000, 648000000);
     EXPECT_EQ(ZoomChanged, PlotZoomAuto());
-    EXPECT_EQ((std::vector<int32_t>{0, 0}), Centre());
-    EXPECT_EQ(1624060 + 1624060 / 3, plotView.scale);
-    // Beyond the legal span the spans need 33 bits; the scale is held.
+    EXPECT_EQ((std::vector<int32_t>{0, 0, 1624060 + 1624060 / 3}),
+              (std::vector<int32_t>{plotView.centreLatitude, plotView.centreLongitude, plotView.scale}));
     recordStore.rows[0].latitude = INT32_MIN;
     recordStore.rows[1].latitude = INT32_MAX;
     PlotLayout(800, 36);  // H = 1
     EXPECT_EQ(ZoomChanged, PlotZoomAuto());
     EXPECT_EQ(INT32_MAX, plotView.scale);
     EXPECT_EQ(-1, plotView.centreLatitude);
-    EXPECT_EQ(PlotCentrePixel().y - 1, PlotToPixel(INT32_MAX, 0).y);
 }
 
 // Both bars start at 33; a scroll that changes nothing leaves them alone. At
@@ -339,18 +318,6 @@ TEST_F(PlotViewTest, MarkerLiesUnderTheDotsAndCrossHairHugsTheBorder) {
     }
 }
 
-TEST_F(PlotViewTest, SuspendsOnlyWhenRecordingAndTooSlow) {
-    struct { uint32_t flags; int32_t max; uint32_t elapsed; int suspends; } cases[] = {
-        {STATUS_RECORDING, 1000, 1000, 0}, {STATUS_RECORDING, 1000, 1001, 1},
-        {STATUS_RECORDING, 0, 90000, 0},   {0, 1000, 90000, 0}};
-    for (auto& c : cases) {
-        statusFlags = c.flags;
-        maxPlotTime = c.max;
-        EXPECT_EQ(c.suspends, PlotCheckSuspension(c.elapsed)) << c.elapsed;
-        EXPECT_EQ(c.suspends != 0, (statusFlags & STATUS_PLOT_SUSPENDED) != 0);
-    }
-}
-
 // ---- Chart ------------------------------------------------------------------------
 
 DrawList list;  // large: kept out of the stack
@@ -420,22 +387,6 @@ TEST_F(ChartTest, LayoutScalesCurveAndReadoutOfTheWorkedExample) {
     EXPECT_EQ(0, ChartPointerMoved(590, 203));  // right of the graph
 }
 
-TEST_F(ChartTest, EndLabelsFollowTheReadingMode) {
-    struct Case { int mode; float lo, hi; const char* low; const char* high; };
-    const Case cases[] = {
-        {-1, 0.0f, 0.0f, "0", "255"},           {0, 0.0f, 0.0f, "0", "255"},
-        {-1, 0.0f, 100.0f, "0", "255"},         {1, 0.0f, 100.0f, "0.0", "100.0"},
-        {3, 0.0f, 100.0f, "0.000", "100.000"},  {0, -120.7f, -20.5f, "-120", "-20"},
-    };
-    for (const Case& c : cases) {
-        ScreenFormat.readingMode = c.mode;
-        SetCurve(c.lo, c.hi);
-        char low[DrawTextSize], high[DrawTextSize];
-        ChartEndLabels(low, high);
-        EXPECT_EQ(std::string(c.low) + " " + c.high, std::string(low) + " " + high) << c.mode;
-    }
-}
-
 TEST_F(ChartTest, HitsLabelLocationMarkAndNoData) {
     struct Case { int rows; int32_t location; const char* topLabel; int marks; int curve; };
     const Case cases[] = {
@@ -456,15 +407,17 @@ TEST_F(ChartTest, HitsLabelLocationMarkAndNoData) {
     }
 }
 
+// The read-out and the end labels of the axis in each reading mode.
 TEST_F(ChartTest, ReadoutFormsAndTheCasesWithoutOne) {
-    struct Case { int mode; float lo, hi; int32_t x, y; int changed; const char* text; };
+    struct Case { int mode; float lo, hi; int32_t x, y; int changed; const char *text, *labels; };
     const Case cases[] = {
-        {-1, 0.0f, 100.0f, 318, 203, 1, "Reading = 50.1,  Hits = 500"},
-        {0, 0.0f, 100.0f, 318, 203, 1, "Reading = 50,  Hits = 500"},
+        {-1, 0.0f, 100.0f, 318, 203, 1, "Reading = 50.1,  Hits = 500", "0 255"},
+        {0, 0.0f, 100.0f, 318, 203, 1, "Reading = 50,  Hits = 500", "0 100"},
         // 32 characters do not fit: the hits go rather than a digit of them.
-        {3, -120.0f, -20.0f, 45, 43, 1, "Reading = -120.000"},
-        {1, 50.0f, 50.0f, 318, 203, 0, " "},   // flat curve: no scale, no read-out
-        {1, 100.0f, 0.0f, 318, 203, 0, " "},   // hi below lo
+        {3, -120.0f, -20.0f, 45, 43, 1, "Reading = -120.000", "-120.000 -20.000"},
+        {1, 50.0f, 50.0f, 318, 203, 0, " ", "50.0 50.0"},   // flat curve: no scale, no read-out
+        {1, 100.0f, 0.0f, 318, 203, 0, " ", "100.0 0.0"},   // hi below lo
+        {0, -120.7f, -20.5f, 318, 203, 1, "Reading = -70,  Hits = 500", "-120 -20"},
     };
     for (const Case& c : cases) {
         ScreenFormat.readingMode = c.mode;
@@ -475,6 +428,9 @@ TEST_F(ChartTest, ReadoutFormsAndTheCasesWithoutOne) {
         Paint();  // never divides by zero, never crashes
         EXPECT_EQ(c.changed, ChartPointerMoved(c.x, c.y)) << c.text;
         EXPECT_STREQ(c.text, chartReadout);
+        char low[DrawTextSize], high[DrawTextSize];
+        ChartEndLabels(low, high);
+        EXPECT_EQ(c.labels, std::string(low) + " " + high);
     }
 }
 
@@ -502,9 +458,10 @@ struct ListingViewTest : ::testing::Test {
         listingCharHeight = 10;
         ListingLayout(1005, 64);
     }
+    // Rows with a differential flag but no fix, which are drawn as no fix.
     void Fill(int count) {
         recordCount = count;
-        for (int i = 0; i < count; i++) recordStore.rows[i] = Record{};
+        for (int i = 0; i < count; i++) recordStore.rows[i] = Record{RECORD_GPS_DIFF, 0, {0, 0, 0, 0}, 0, 0, 0};
     }
     // Paints and returns the record cells drawn: the texts anchored at their top.
     std::vector<const DrawOp*> PaintRows() {
@@ -538,18 +495,10 @@ TEST_F(ListingViewTest, PaintClampsTheTopRowAndDrawsOneRowMoreThanFits) {
         if (c.rows == 0) continue;
         EXPECT_STREQ(c.first, cells[0]->text);
         EXPECT_TRUE(cells[0]->y == 12 && cells[0]->rect.top == 13 && cells[0]->rect.bottom == 20);
+        EXPECT_EQ((std::vector<uint32_t>{ListingDarkRed, ListingDarkRed, ColourGrey}),
+                  (std::vector<uint32_t>{cells[1]->colour, cells[2]->colour, cells[6]->colour}));
         EXPECT_EQ(c.lastBottom, cells.back()->rect.bottom);
     }
-}
-
-// A differential flag without a fix still draws the position as no fix.
-TEST_F(ListingViewTest, DifferentialWithoutAFixIsDrawnAsNoFix) {
-    Fill(1);
-    recordStore.rows[0].flags = RECORD_GPS_DIFF;
-    std::vector<const DrawOp*> cells = PaintRows();
-    ASSERT_EQ(7u, cells.size());
-    EXPECT_TRUE(cells[1]->colour == ListingDarkRed && cells[2]->colour == ListingDarkRed);
-    EXPECT_EQ(ColourGrey, cells[6]->colour);
 }
 
 TEST_F(ListingViewTest, ScrollRequests) {

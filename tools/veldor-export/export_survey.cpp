@@ -101,7 +101,3 @@ float ExportValue(const Record& row, int channel) {
 int ExportBand(const Record& row, int channel) {
     return PlotBand(ExportValue(row, channel));
 }
-
-uint32_t ExportColour(const Record& row, int channel) {
-    return PlotBandColour(ExportValue(row, channel));
-}

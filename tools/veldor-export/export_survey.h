@@ -61,10 +61,9 @@ const char* ExportExtension(int format);
 int LoadSurveyForExport(const ExportOptions& options, FILE* warnings);
 
 // The calibrated value that colours a record for a channel choice 0..3 or 5
-// (best: the largest of the four), its band (0 High .. 3 None) and colour.
+// (best: the largest of the four) and its band (0 High .. 3 None).
 float ExportValue(const Record& row, int channel);
 int ExportBand(const Record& row, int channel);
-uint32_t ExportColour(const Record& row, int channel);
 
 // The whole store in one format; 1 when every byte was written.
 int WriteExport(FILE* file, int format, int channel, const char* surveyName);
