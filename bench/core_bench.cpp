@@ -8,7 +8,6 @@
 
 #include <string>
 
-#include "fake_platform.h"
 #include "full_store.h"
 #include "link/frame_codec.h"
 #include "storage/data_file.h"
@@ -48,7 +47,6 @@ BENCHMARK(DecodePieces)->Arg(1)->Arg(16)->Arg(1024);
 
 // step is SaveDataFile or LoadDataFile, on a file saved first.
 static void FullSurveyFile(benchmark::State& state, int (*step)()) {
-    ResetFakeWorld();
     FillFullStore();
     snprintf(dataFileName, PathSize, "%s", TempTestPath("bench.dat").c_str());
     if (SaveDataFile() != 1) state.SkipWithError("save failed");
@@ -64,8 +62,6 @@ BENCHMARK_CAPTURE(FullSurveyFile, load, LoadDataFile)->Unit(benchmark::kMillisec
 
 // In the default format: degrees, North/South, one decimal, space.
 static void ListingFileFullStore(benchmark::State& state) {
-    ResetFakeWorld();
-    UseDefaultCurves();
     FillFullStore();
     const std::string path = TempTestPath("bench.txt");
     for (auto _ : state) {

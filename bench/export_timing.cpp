@@ -4,7 +4,6 @@
 #include <stdio.h>
 
 #include "export_survey.h"
-#include "fake_platform.h"
 #include "full_store.h"
 
 // Writes the export or the report to path; 0 when it fails.
@@ -17,8 +16,6 @@ static int WriteTo(const std::string& path, int format) {
 }
 
 int main() {
-    ResetFakeWorld();
-    UseDefaultCurves();
     FillFullStore();
     int failed = 0;
     for (int format = FORMAT_CSV; format <= FORMAT_GPX; format++) {

@@ -1,18 +1,21 @@
-// What every benchmark program shares: a full store to time the program on,
-// and the best of a few rounds of some work.
+// What every benchmark program shares: the fake platform, a full store to
+// time the program on, and the best of a few rounds of some work.
 #pragma once
 
 #include <stdio.h>
 
 #include <chrono>
 
-#include "survey/survey_state.h"
+#include "fake_platform.h"
 
-// 16000 records driven back and forth in 40 lanes of 400 (the route of a
-// coverage survey), readings across all four colour bands, two records in
-// three with a fix, every tenth with an accessory channel; 1000 tags, one
-// every 16 records, so that a record without a tag looks through all of them.
+// A fresh fake world on the default curves, its store full: 16000 records
+// driven back and forth in 40 lanes of 400 (the route of a coverage survey),
+// readings across all four colour bands, two records in three with a fix,
+// every tenth with an accessory channel; 1000 tags, one every 16 records, so
+// that a record without a tag looks through all of them.
 inline void FillFullStore() {
+    ResetFakeWorld();
+    UseDefaultCurves();
     for (int i = 0; i < MaxRecords; i++) {
         Record& r = recordStore.rows[i];
         const int lane = i / 400, step = lane % 2 ? 399 - i % 400 : i % 400;

@@ -8,7 +8,6 @@
 #include <windows.h>
 #include <stdio.h>
 
-#include "fake_platform.h"
 #include "full_store.h"
 #include "survey/cal_lookup.h"
 #include "views/chart_view.h"
@@ -131,8 +130,6 @@ void BenchChart(HDC screen, HFONT font) {
 }  // namespace
 
 int main() {
-    ResetFakeWorld();
-    UseDefaultCurves();
     FillFullStore();
     HDC screen = GetDC(nullptr);
     HFONT font = CreateFontA(-12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "Arial");

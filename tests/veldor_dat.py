@@ -103,20 +103,12 @@ def reading(raw, decimals):
 
 
 def position(v, axis, latlong=1, sign=1):
-    """A position in ms of arc as text: latlong 1 degrees, 2 degrees and
-    minutes, 3 degrees minutes seconds, 4 the raw number; sign 2 "+"/"-",
-    else the N/S or E/W letter after it."""
-    m, out = abs(v), ""
-    if sign == 2 and latlong != 4:
-        out += "-" if v < 0 else "+"
-    deg, rem = divmod(m, 3600000)
-    if latlong == 2:
-        out += "%d %.5f" % (deg, f32(rem / 60000.0))
-    elif latlong == 3:
-        minutes, rem2 = divmod(rem, 60000)
-        out += "%d %d %.3f" % (deg, minutes, f32(rem2 / 1000.0))
-    elif latlong == 4:
-        out += "%d" % (v if sign == 2 else m)
+    """A position in ms of arc as text: latlong 1 degrees, 3 degrees minutes
+    seconds; sign 2 "+"/"-" before it, else the N/S or E/W letter after it."""
+    m, out = abs(v), ("-" if v < 0 else "+") if sign == 2 else ""
+    if latlong == 3:
+        deg, rem = divmod(m, 3600000)
+        out += "%d %d %.3f" % (deg, rem // 60000, f32(rem % 60000 / 1000.0))
     else:
         out += "%.7f" % f32(f32(float(m)) / 3600000.0)
     if sign != 2:

@@ -49,8 +49,7 @@ def read_samples(log_path, sent_path):
         if what == "TX" and frame == "rp":
             samples.append(dict(lat=int(body[1]), lon=int(body[2]), ch=None, acc=None, rp_ok=False, ra_ok=False))
         elif what == "TX" and frame == "ra" and samples and samples[-1]["ch"] is None:
-            samples[-1]["ch"] = tuple(int(v) & 0xFF for v in body[1:5])
-            samples[-1]["acc"] = int(body[5]) & 0xFF
+            samples[-1].update(ch=tuple(int(v) & 0xFF for v in body[1:5]), acc=int(body[5]) & 0xFF)
         elif what == "TX" or not samples:
             frame = None
         last_frame = None

@@ -6,7 +6,7 @@
 # store's listing and plot.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
-CHECK="python3 $E2E_ROOT_DIR/tests/e2e/print_check.py"
+CHECK="$VIEWS print"
 PRINTER="$BUILD_ROOT/tests/e2e/file_printer.exe"
 JOB="$ART/job.ps"
 

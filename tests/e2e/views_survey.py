@@ -8,17 +8,25 @@
   views_survey.py deleted DAT SAVED INDEX    SAVED is DAT less record INDEX, its tags moved
   views_survey.py suspended SHOT.png PROBE.txt 1|0   the Plot's suspension text and no dots (1), or dots (0)
   views_survey.py tags DAT                   the tags of DAT, "RECORD:TEXT" a line (from 0)
+  views_survey.py print listing DAT METRICS PAGE_TXT... [--format DEG|DMS_PM_RAW] [--header 0|1]
+      Ghostscript's text of each page holds every line it must, in order (words
+      compared: the text device spaces the tab stops its own way), and no other.
+  views_survey.py print plot DAT METRICS PAGE.ppm --mode entire|displayed|specify [--probe PROBE]
+      The page at 127 dpi (5 pixels a mm) has a 1 mm dot in the band colour of
+      channel 1 within half a mm of where the scale puts each record of the map
+      area, and no other pixel marked. METRICS is the file printer's report.
 
 Every expectation comes from the file, the probe's window sizes and the
 manual's arithmetic; nothing from the program but its pixels.
 """
+import datetime
 import os
 import subprocess
 import sys
 from collections import Counter
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
-from veldor_dat import TAGGED, band, make, read, value  # noqa: E402,F401  (the scenarios take them from here)
+from veldor_dat import TAGGED, band, make, position, read, reading, value  # noqa: E402,F401  (the scenarios take them from here)
 
 BAND_RGB = [(0, 0, 255), (0, 255, 0), (255, 0, 0), (0, 0, 0)]
 GPS_RGB = {0x10: (128, 0, 0), 0x14: (0, 128, 0), 0x34: (0, 0, 128), 0x04: (0, 128, 0)}
@@ -35,8 +43,7 @@ class Shot:
     def __init__(self, path):
         ppm = subprocess.run(["convert", path, "-strip", "ppm:-"], check=True, capture_output=True).stdout
         parts = ppm.split(maxsplit=4)
-        self.w, self.h = int(parts[1]), int(parts[2])
-        self.px = parts[4]
+        self.w, self.h, self.px = int(parts[1]), int(parts[2]), parts[4]
 
     def at(self, x, y):
         i = (y * self.w + x) * 3
@@ -192,6 +199,110 @@ def check_chart(shot, probe, path, channel, mark):
         fact(column >= (bottom - 43) // 4, f"location mark of record {mark + 1} at x {x}: {column} pixels")
 
 
+def metrics(path):
+    return {k: int(v) for k, v in (line.strip().split("=") for line in open(path) if "=" in line)}
+
+
+def record_line(r, fmt):
+    """DEG: degrees with N/S and E/W, calibrated readings; else signed
+    degrees minutes seconds and raw readings."""
+    latlong, sign, decimals = (1, 1, 1) if fmt == "DEG" else (3, 2, -1)
+    words = [position(r.lat, "lat", latlong, sign), position(r.lon, "lon", latlong, sign)]
+    words += [reading(c, decimals) for c in r.ch] + (["%d" % r.acc] if r.flags & 0x08 else [])
+    return " ".join(words)
+
+
+def check_printed_listing(dat, met, pages, fmt, header):
+    survey = read(dat)
+    rows = survey.records
+    per_page = met["vertres"] // met["lineheight"] - 1
+    want = [["VELDOR Listing"]]
+    first = 5
+    if header:
+        started = datetime.datetime.utcfromtimestamp(survey.start).strftime("%a %b %d %H:%M:%S %Y")
+        want[0] += ["Recording started: " + started, "Printed: *",
+                    "Data filename: " + dat.rsplit("/", 1)[-1]]
+        want[0] += ["Ch%d cal. filename: %s" % (c + 1, survey.names[c]) for c in range(4)]
+        want[0] += ["Records taken: %d" % len(rows)]
+        first = 16
+    # The first page's records from line first, the others' from line 3.
+    lines, n = [record_line(r, fmt) for r in rows], max(per_page - first + 1, 1)
+    want[0] += lines[:n]
+    want += [lines[k:k + per_page - 2] for k in range(n, len(lines), per_page - 2)]
+    fact(len(pages) == len(want), f"{len(pages)} pages printed, {len(want)} expected "
+         f"({per_page} lines a page, first record on line {first})")
+    for p, (page, lines) in enumerate(zip(pages, want)):
+        got = [" ".join(l.split()) for l in open(page, encoding="latin-1") if l.strip()]
+        fact(len(got) == len(lines), f"page {p + 1}: {len(got)} lines, {len(lines)} expected")
+        for n, (g, w) in enumerate(zip(got, lines)):
+            ok = g.startswith("Printed: ") if w == "Printed: *" else g == " ".join(w.split())
+            if not ok:
+                fact(False, f"page {p + 1} line {n + 1}: '{g}', expected '{w}'")
+    print(f"ok    {len(rows)} records on {len(pages)} pages, every line as expected")
+
+
+def placement(rows, met, mode, probe):
+    """Map area, page rectangle in tenths of a mm (y up) and scales, as the manual gives them."""
+    width, height = met["horzsize"] * 10, met["vertsize"] * 10
+    if mode == "specify":  # the area the scenario types
+        top, left, bottom, right = 185420000, -3600000, 185400000, -3570000
+        page = [20, 30, 180, 250]
+    else:
+        page = [0, 0, width // 10, height // 10]
+        lats, lons = [r.lat for r in rows], [r.lon for r in rows]
+        top, bottom, left, right = max(lats), min(lats), min(lons), max(lons)
+        if mode == "displayed":  # the plot area under the button strip, after Zoom Auto
+            _, _, w, h = client(probe, "Veldor_Plot")
+            clat, clon, scale = zoom_auto(lats, lons, w - 2, h - 35)
+            left, right = clon - (w - 2) * scale // 2, clon + (w - 2) * scale // 2
+            bottom, top = clat - (h - 35) * scale // 2, clat + (h - 35) * scale // 2
+    pl, pt, pr, pb = (v * 10 for v in page)
+    pt, pb = height - pt, height - pb
+    dlat, dlon = top - bottom, right - left
+    lat_s = lon_s = max(dlat // (pt - pb), dlon // (pr - pl), 1)  # "Maintain aspect ratio of 1:1" is on
+    if mode != "specify":
+        pr, pt = width, height
+        pl, pb = (width - dlon // lon_s) // 2, (height - dlat // lat_s) // 2
+    return (top, left, bottom, right), (pl, pt, pr, pb), lat_s, lon_s, height
+
+
+def check_printed_plot(dat, met, ppm, mode, probe):
+    rows = read(dat).records
+    (top, left, bottom, right), (pl, pt, pr, pb), lat_s, lon_s, height = placement(rows, met, mode, probe)
+    page = Shot(ppm)
+    w, h, px, at = page.w, page.h, page.px, page.at
+    allowed, dots = set(), 0
+    for i, (_, _, ch, lat, lon, _) in enumerate(rows):
+        if not (left <= lon <= right and bottom <= lat <= top):
+            continue
+        x, y = pl + int((lon - left) / lon_s), pb + int((lat - bottom) / lat_s)
+        if not (pl <= x <= pr and pb <= y <= pt):
+            continue
+        # A logical unit is a tenth of the printer's whole millimetres of
+        # HORZSIZE and VERTSIZE across its HORZRES and VERTRES dots.
+        cx = x * met["horzres"] / (met["horzsize"] * 10.0) * 127 / met["logpixelsx"]
+        cy = (height - y) * met["vertres"] / (met["vertsize"] * 10.0) * 127 / met["logpixelsy"]
+        want = BAND_RGB[band(ch[0])]
+        box = [(xx, yy) for xx in range(int(cx) - 5, int(cx) + 7) for yy in range(int(cy) - 5, int(cy) + 7)]
+        allowed.update(box)
+        if not (6 <= cx < w - 6 and 6 <= cy < h - 6):
+            continue  # the truncated scale can put the outer dots off the paper
+        inked = [(xx, yy, at(xx, yy)) for xx, yy in box if at(xx, yy) != (255, 255, 255)]
+        mx = sum(p[0] for p in inked) / max(len(inked), 1) + 0.5  # pixel centres
+        my = sum(p[1] for p in inked) / max(len(inked), 1) + 0.5
+        colours = {p[2] for p in inked}
+        if colours != {want} or abs(mx - cx) > 2.5 or abs(my - cy) > 2.5 or not 16 <= len(inked) <= 49:
+            fact(False, f"record {i + 1}: dot {colours} of {len(inked)} pixels at ({mx:.1f}, {my:.1f}), "
+                        f"expected {want} at ({cx:.1f}, {cy:.1f}) px")
+        dots += 1
+    white, stray = b"\xff" * (w * 3), []
+    for y in range(h):
+        if px[y * w * 3:(y + 1) * w * 3] != white:
+            stray += [(x, y) for x in range(w) if at(x, y) != (255, 255, 255) and (x, y) not in allowed]
+    fact(not stray, f"nothing else on the page ({len(stray)} stray pixels, first {stray[:3]})")
+    fact(dots >= 10, f"{dots} dots where the scale puts them (scale {lat_s} ms of arc a tenth of a mm)")
+
+
 def arguments(argv):
     """The words after the command, and the options ("--name value")."""
     opt = {argv[i]: argv[i + 1] for i in range(2, len(argv) - 1) if argv[i].startswith("--")}
@@ -211,6 +322,9 @@ def main(argv):
         "suspended": lambda: check_suspended(pos[0], pos[1], int(pos[2])),
         "tags": lambda: print("".join("%d:%s\n" % t for t in read(pos[0]).tags), end=""),
         "chart": lambda: check_chart(*pos[:3], int(opt["--channel"]), number("--mark")),
+        "print": lambda: check_printed_listing(pos[1], metrics(pos[2]), pos[3:], opt.get("--format", "DEG"),
+                                               opt.get("--header", "1") == "1") if pos[0] == "listing"
+        else check_printed_plot(pos[1], metrics(pos[2]), pos[3], opt["--mode"], opt.get("--probe")),
     }
     commands.get(argv[1], lambda: sys.exit(__doc__))()
 

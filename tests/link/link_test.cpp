@@ -55,8 +55,7 @@ protected:
         if (fd >= 0) close(fd);
         if (sim > 0) {
             kill(sim, SIGTERM);
-            int status = 0;
-            waitpid(sim, &status, 0);
+            waitpid(sim, nullptr, 0);
         }
         std::string cleanup = "rm -rf '" + dir + "'";
         if (system(cleanup.c_str()) != 0) ADD_FAILURE() << "cannot remove " << dir;
@@ -118,9 +117,7 @@ TEST_F(SimulatorLink, KeepAliveWatchdogAndStaleDataOnADrivenTick) {
     Start({"--silence-after", "1", "--silence-for", "3"});
     ASSERT_EQ(1, SendFrameText("OP 1"));
     // A driven tick every 100 ms: 1 s of data, 3 s of silence, then data.
-    int ticks = 0;
-    int ticksToLoss = -1;
-    int opWhileStale = 0;
+    int ticks = 0, ticksToLoss = -1, opWhileStale = 0;
     for (int64_t end = NowMs() + 5500; NowMs() < end;) {
         Pump(100);
         size_t before = FramesSent().size();

@@ -48,12 +48,10 @@ struct Harness {
         for (size_t start = 0, cr; (cr = wire.find('\r', start)) != std::string::npos;
              start = cr + 1) {
             std::string line = wire.substr(start, cr - start), body;
-            if (ParseFrameLine(line, &body)) {
-                if (body.compare(0, 2, "VI") != 0 && body.compare(0, 2, "ES") != 0)
-                    bodies.push_back(body);
-            } else {
+            if (!ParseFrameLine(line, &body))
                 bodies.push_back("!BAD " + line);
-            }
+            else if (body.compare(0, 2, "VI") != 0 && body.compare(0, 2, "ES") != 0)
+                bodies.push_back(body);
         }
         return bodies;
     }
