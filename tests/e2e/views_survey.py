@@ -204,8 +204,7 @@ def metrics(path):
 
 
 def record_line(r, fmt):
-    """DEG: degrees with N/S and E/W, calibrated readings; else signed
-    degrees minutes seconds and raw readings."""
+    """DEG: degrees, N/S and E/W, calibrated readings; else signed degrees minutes seconds, raw readings."""
     latlong, sign, decimals = (1, 1, 1) if fmt == "DEG" else (3, 2, -1)
     words = [position(r.lat, "lat", latlong, sign), position(r.lon, "lon", latlong, sign)]
     words += [reading(c, decimals) for c in r.ch] + (["%d" % r.acc] if r.flags & 0x08 else [])

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <stdint.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <string>
@@ -17,7 +16,6 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 inline std::string FuzzFilePath(const char* name) {
-    struct stat shm;
-    const char* folder = stat("/dev/shm", &shm) == 0 ? "/dev/shm" : "/tmp";
+    const char* folder = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
     return std::string(folder) + "/veldor-fuzz-" + std::to_string(getpid()) + "-" + name;
 }

@@ -4,6 +4,7 @@ damaged ones, each named for what it holds, field by field without the
 program's own writer, beside this script. tests/unit/data_file_test.cpp
 expects their contents: change both together.
 """
+import functools
 import os
 import sys
 
@@ -22,11 +23,7 @@ RECORDS = [
     (0x00, 0, (200, 201, 202, 203), 324000000, -648000000, 0),
 ]
 TAGS = [(0, b"Start of run"), (3, b"x" * 50), (-1, b"points at no record")]
-
-
-def header(version, start, names=NAMES, labels=LABELS, **fields):
-    return dat_header(version, start, names=names, labels=labels, **fields)
-
+header = functools.partial(dat_header, names=NAMES, labels=LABELS)
 
 # One sound file of each version.
 v11 = header(1, 1100000000, seconds=7, input_channel=2) + records(1, RECORDS)
