@@ -203,13 +203,4 @@ TEST_F(DisplayFormatTest, RowStampAndDateText) {
     EXPECT_STREQ("12 - ", FormatRowStamp(11, UINT32_MAX, out));
 }
 
-TEST_F(DisplayFormatTest, DisplayFileNameFollowsFullPathFlag) {
-    const char* path = "C:\\Surveys\\North\\Run1.dat";
-    EXPECT_EQ(path + 17, DisplayFileName(path));  // a pointer into the path
-    EXPECT_STREQ("", DisplayFileName("C:\\Surveys\\"));
-    EXPECT_STREQ("a/b.dat", DisplayFileName("a/b.dat"));  // only '\\' separates
-    statusFlags |= STATUS_FULL_PATH;
-    EXPECT_EQ(path, DisplayFileName(path));
-}
-
 }  // namespace

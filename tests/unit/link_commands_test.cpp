@@ -153,21 +153,23 @@ TEST_F(Link, RetransmitsAtMostFiveTimes) {
 TEST_F(Link, SelfTestReport) {
     fake.windowExists[WINDOW_GPS] = true;
     HandleControllerMessage("ET 6 384");  // 0x0180: ROM once
+    HandleControllerMessage("ET 8 8192");  // the last line of the longer list
     HandleControllerMessage("ET 6 0");
     HandleControllerMessage("ET 0 0");
-    EXPECT_EQ((Frames{"GPS self test failure(s):\n\nRead only memory (ROM)\n", "GPS self test passed",
-                      "GPS self test failed\nNo communications with GPS"}),
+    EXPECT_EQ((Frames{"GPS self test failure(s):\n\nRead only memory (ROM)\n",
+                      "GPS self test failure(s):\n\nReal time clock communications or time\n",
+                      "GPS self test passed", "GPS self test failed\nNo communications with GPS"}),
               fake.messageBoxes);
     size_t lines = fake.statusLines.size();
     commsWatchdogTicks = 4;
     HandleControllerMessage("ET 7 1");
-    EXPECT_EQ(3u, fake.messageBoxes.size());
+    EXPECT_EQ(4u, fake.messageBoxes.size());
     EXPECT_EQ(lines, fake.statusLines.size());
     EXPECT_EQ(12, commsWatchdogTicks);
     // With the dialog closed only the status line remains.
     fake.windowExists[WINDOW_GPS] = false;
     HandleControllerMessage("ET 8 16385");
-    EXPECT_EQ(3u, fake.messageBoxes.size());
+    EXPECT_EQ(4u, fake.messageBoxes.size());
     EXPECT_EQ("GPS self test failed (Code 0x4001)", fake.statusLines.back());
 }
 

@@ -90,13 +90,13 @@ TEST(PrintPlotTest, ValidatesEachModeWithItsMessages) {
     ResetFakeWorld();
     fake.windowExists[WINDOW_PLOT] = true;
     PlotLayout(200, 150);
-    plotView.centreLatitude = 323990000, plotView.centreLongitude = 416700000;
+    plotView.centreLatitude = 323990000, plotView.centreLongitude = -647950000;
     plotView.scale = 1000;
     EXPECT_EQ(ValidatePrintArea(PRINT_FIT_DISPLAYED, 0), 1);
     EXPECT_EQ(printArea.mapTopLatitude, PlotLatitudeLimit);
     EXPECT_EQ(printArea.mapBottomLatitude, 323990000 - 57500);
-    EXPECT_EQ(printArea.mapLeftLongitude, 416700000 - 99000);
-    EXPECT_EQ(printArea.mapRightLongitude, 416700000 + 99000);
+    EXPECT_EQ(printArea.mapLeftLongitude, -PlotLongitudeLimit);
+    EXPECT_EQ(printArea.mapRightLongitude, -647950000 + 99000);
 }
 
 TEST(PrintPlotTest, PlacesRecordsOnPaperInTenthsOfAMillimetre) {
