@@ -15,7 +15,7 @@ e2e_start_linked --replay "$SOURCE" --speed 10
 e2e_record F1
 from=$(e2e_samples_sent)
 [ "$from" -lt 50 ] || e2e_fail "the replay was at sample $from already when recording started"
-e2e_wait_samples $((RECORDS - from)) 40 || e2e_fail "the replay stopped at sample $(e2e_samples_sent)"
+e2e_until 40 '[ "$(e2e_samples_sent)" -ge "$RECORDS" ]' || e2e_fail "the replay stopped at sample $(e2e_samples_sent)"
 e2e_record F2
 e2e_wait_samples 1 3 && e2e_fail "the simulator sent more than the $RECORDS records of the survey"
 e2e_pass "the survey replayed from sample $from to its end while recording"
