@@ -41,10 +41,8 @@ struct FakePlatform {
     std::vector<int> notifications;    // windows notified
     std::string caption = "VELDOR";
     std::vector<int> frameCommands;
-    // Clock
-    uint32_t now = 1700000000u;
-    // Busy
-    int busy = 0;
+    uint32_t now = 1700000000u;  // the clock, seconds since 1970
+    int busy = 0;                // the busy count last reported
     // File chooser: each call takes the next path; "" means cancel.
     std::deque<std::string> chosenFiles;
     std::vector<int> chooseModes;

@@ -527,16 +527,6 @@ TEST_F(ListingViewTest, ScrollRequests) {
     }
 }
 
-TEST_F(ListingViewTest, RightClickRow) {
-    struct { int y, top, row; } cases[] = {
-        {12, 0, 0}, {21, 0, 0}, {22, 5, 6}, {5, 0, 0}, {1, 0, -1}, {1, 3, 2}, {51, 0, 3}};
-    for (auto& c : cases) {
-        listingTopIndex = c.top, ListingRightClick(c.y);
-        EXPECT_EQ(c.row, listingPopupRow) << c.y << " " << c.top;
-    }
-    EXPECT_EQ(7, CountStatus("Listing popup menu"));
-}
-
 TEST_F(ListingViewTest, StatisticsText) {
     strcpy(dataFileName, "C:\\SURVEYS\\RUN1.DAT");
     recordingParams.startTime = 1700000000u;
