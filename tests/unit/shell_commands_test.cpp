@@ -2,12 +2,10 @@
 // Save and Close of the data file.
 #include <gtest/gtest.h>
 #include <stdio.h>
-#include <string.h>
 
 #include <string>
 #include <vector>
 
-#include "base/app_paths.h"
 #include "fake_platform.h"
 #include "resources/resource_ids.h"
 #include "shell/file_commands.h"

@@ -10,7 +10,6 @@
 #include "link/frame_codec.h"
 #include "base/app_paths.h"
 #include "storage/settings_file.h"
-#include "survey/cal_lookup.h"
 #include "survey/recording_engine.h"
 #include "survey/survey_state.h"
 #include "views/chart_view.h"
