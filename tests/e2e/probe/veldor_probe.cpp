@@ -5,7 +5,7 @@
 //       client=class|x,y,width,height, window=class|title|enabled|handle and
 //       control=class|id|text. CONDITION: pane0..2, caption, topmost =TEXT or
 //       ~TEXT (contains); window= and nowindow=TITLE; frames=, enabled=, iconic=.
-//   front HANDLE  brings a window of "window=" to the front.
+//   ok HANDLE     presses OK on a box of "window=" (WM_COMMAND IDOK).
 //   watch [-t SECONDS] [-k DLL LOG]  prints "<ms> HUNG" whenever the frame
 //       stops answering; -k first hooks status_hook.dll into the desktop's
 //       programs, logging to LOG, and prints "0 hooked".
@@ -378,10 +378,10 @@ int main(int argc, char** argv) {
     const char* command = i < argc ? argv[i++] : "";
     if (strcmp(command, "wait") == 0) return RunWait(argc - i, argv + i);
     if (strcmp(command, "watch") == 0) return RunWatch(argc - i, argv + i);
-    if (strcmp(command, "front") == 0 && i < argc) {
+    if (strcmp(command, "ok") == 0 && i < argc) {  // presses OK on a box
         HWND hwnd = (HWND)(uintptr_t)strtoul(argv[i], nullptr, 16);
-        return IsWindow(hwnd) && SetForegroundWindow(hwnd) ? 0 : 1;
+        return IsWindow(hwnd) && PostMessageA(hwnd, WM_COMMAND, IDOK, 0) ? 0 : 1;
     }
-    fputs("usage: veldor_probe [-d DESKTOP] wait|front|watch ...\n", stderr);
+    fputs("usage: veldor_probe [-d DESKTOP] wait|ok|watch ...\n", stderr);
     return 4;
 }
