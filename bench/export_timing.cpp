@@ -25,10 +25,8 @@ int main() {
         remove(path.c_str());
         printf("export %d records %s: %.1f ms\n", MaxRecords, ExportExtension(format) + 1, ms);
     }
-    CoverageExport& e = coverageExport;
+    CoverageExport& e = coverageExport;  // channel 1, no other survey
     e.settings = CoverageSettings{20.0, 36, 100.0, COVERAGE_MEDIAN, 50.0, 0.90, 0};
-    e.channel = 0;
-    e.compared = 0;
     const std::string path = TempTestPath("report_bench.html");
     const double tiles = BestMs([] { ComputeCoverage(); });
     const double report = BestMs([&] {

@@ -25,10 +25,8 @@ def magic(version):
 
 def text(value, size, junk=b""):
     """A NUL-terminated text in a field of size bytes, padded with junk (the
-    writer's old buffer contents) or zeros."""
-    assert len(value) < size
-    pad = (junk * size)[: size - len(value) - 1] if junk else b"\0" * (size - len(value) - 1)
-    return value + b"\0" + pad
+    writer's old buffer contents) or zeros; a value of size bytes unterminated."""
+    return value if len(value) == size else value + b"\0" + ((junk or b"\0") * size)[:size - len(value) - 1]
 
 
 def header(version, start, seconds=5, meters=500, distance=0, input_channel=0, names=None, labels=None, junk=b""):
@@ -37,11 +35,9 @@ def header(version, start, seconds=5, meters=500, distance=0, input_channel=0, n
         out += struct.pack("<iH", seconds, input_channel)
     elif version >= 2:
         out += struct.pack("<iiBH", seconds, meters, distance, input_channel)
-    for name in names or [b""] * 4:
-        out += name if len(name) == 260 else text(name, 260, junk)
+    out += b"".join(text(name, 260, junk) for name in names or [b""] * 4)
     if version == 4:
-        for label in labels or [b"Ch %d" % (c + 1) for c in range(4)]:
-            out += label if len(label) == 32 else text(label, 32, junk)
+        out += b"".join(text(label, 32, junk) for label in labels or [b"Ch %d" % (c + 1) for c in range(4)])
     return out
 
 
@@ -56,10 +52,8 @@ def records(version, rows, count=None):
 
 
 def tags(rows, count_field=None, junk=b""):
-    out = struct.pack("<i", len(rows)) if count_field is None else struct.pack("<I", count_field)
-    for index, value in rows:
-        out += struct.pack("<i", index) + (value if len(value) == 51 else text(value, 51, junk))
-    return out
+    out = struct.pack("<I", len(rows) if count_field is None else count_field)
+    return out + b"".join(struct.pack("<i", index) + text(value, 51, junk) for index, value in rows)
 
 
 def read(path):

@@ -1,19 +1,17 @@
 #!/usr/bin/env python3
 """Checks a data file written by veldor.exe against what the controller
-simulator sent (its log and its record file).
+simulator sent (its log and its record file); exits 1 with the reasons when a check fails.
 
-  check_dat.py DAT --log SIM_LOG --sent SENT_FILE --interval S --since T0 --until T1 [options]
+  check_dat.py DAT --log SIM_LOG --sent SENT_FILE --interval S --since T0 --until T1 --span FIRST:LAST...
   check_dat.py --gauge DAT     prints the store gauge of its record count
 
-The file must be a sound v1.4 file of no tags. Every record holds a position
-and readings that the simulator sent, each in the order sent: the readings
-of the sample of its position, of a later one when the positions between
-were spoiled, or of the one before (a record taken between the two frames of
-a sample). Every sample that came through unspoiled while recording (--span;
-else between the first and the last one recorded) is in the file. Flags say
-what the link said: a fix without correction, live data but in a silence of
-the controller, the accessory channel where one was reported. Times lie
-within the run and never go back. Exits 1 with the reasons when a check fails.
+The file must be a sound v1.4 file of no tags. Every record holds a position and readings that the
+simulator sent, each in the order sent: the readings of the sample of its position, of a later one
+when the positions between were spoiled, or of the one before (a record taken between the two
+frames of a sample). Every sample that came through unspoiled while recording (a --span: the
+samples sent meanwhile) is in the file. Flags say what the link said: a fix without correction,
+live data but in a silence of the controller, the accessory channel where one was reported. Times
+lie within the run (since and until: seconds from 1970) and never go back.
 """
 import argparse
 import os
@@ -124,8 +122,7 @@ def check(args):
     if args.expect_stale and stale == 0:
         problems.append("no record marked not live although the controller was silent")
 
-    spans = args.span or ([f"{positions[0] + 1}:{positions[-1] + 1}"] if positions else [])
-    for span in spans:
+    for span in args.span:
         first, last = (int(v) - 1 for v in span.split(":"))
         recorded = [k for k in positions if first - 1 <= k <= last]
         if not recorded:
@@ -146,17 +143,15 @@ def check(args):
 
 
 def main():
-    if len(sys.argv) == 3 and sys.argv[1] == "--gauge":
-        print(gauge(len(read(sys.argv[2]).records)))
-        return
+    if sys.argv[1] == "--gauge":
+        return print(gauge(len(read(sys.argv[2]).records)))
     parser = argparse.ArgumentParser()
     parser.add_argument("dat")
-    # Seconds; since and until from 1970, around the run. A span is FIRST:LAST, the samples sent while recording.
     for name, kind in (("--log", str), ("--sent", str), ("--interval", int), ("--since", int), ("--until", int)):
         parser.add_argument(name, type=kind, required=True)
     parser.add_argument("--min-records", type=int, default=1)
     parser.add_argument("--expect-stale", action="store_true")
-    parser.add_argument("--span", action="append")
+    parser.add_argument("--span", action="append", required=True)
     sys.exit(check(parser.parse_args()))
 
 

@@ -1,23 +1,20 @@
 #!/usr/bin/env python3
-"""The survey of the views scenario, and the pixel facts its screenshots must show.
+"""The survey of the views scenarios, and the pixel facts their screenshots must show. Commands:
 
-  views_survey.py make OUT.DAT [COUNT]       the test survey of veldor_dat (300 records)
-  views_survey.py plot|listing|chart SHOT.png PROBE.txt DAT [--channel N] [--zoom io..] [--cross I] [--mark I]
+  make OUT.DAT [COUNT]                        the test survey of veldor_dat (300 records)
+  plot|listing|chart SHOT.png PROBE.txt DAT [--channel N] [--zoom io..] [--cross I] [--mark I]
       what the file says the view must draw, a line per fact; exit 1 at the first that does not hold
-  views_survey.py listing-row PROBE.txt SHOT.png ROW TOP|end   screen y, x and record of table row ROW
-  views_survey.py deleted DAT SAVED INDEX    SAVED is DAT less record INDEX, its tags moved
-  views_survey.py suspended SHOT.png PROBE.txt 1|0   the Plot's suspension text and no dots (1), or dots (0)
-  views_survey.py tags DAT                   the tags of DAT, "RECORD:TEXT" a line (from 0)
-  views_survey.py print listing DAT METRICS PAGE_TXT... [--format DEG|DMS_PM_RAW] [--header 0|1]
-      Ghostscript's text of each page holds every line it must, in order (words
-      compared: the text device spaces the tab stops its own way), and no other.
-  views_survey.py print plot DAT METRICS PAGE.ppm --mode entire|displayed|specify [--probe PROBE]
-      The page at 127 dpi (5 pixels a mm) has a 1 mm dot in the band colour of
-      channel 1 within half a mm of where the scale puts each record of the map
-      area, and no other pixel marked. METRICS is the file printer's report.
+  listing-row PROBE.txt SHOT.png ROW TOP|end  screen y, x and record of table row ROW
+  deleted DAT SAVED INDEX                     SAVED is DAT less record INDEX, its tags moved
+  suspended SHOT.png PROBE.txt 1|0            the Plot's suspension text and no dots (1), or dots (0)
+  tags DAT                                    the tags of DAT, "RECORD:TEXT" a line (from 0)
+  print listing DAT METRICS PAGE_TXT... [--format DEG|DMS_PM_RAW] [--header 0|1]
+      Ghostscript's text of each page holds every line it must, in order, words compared, and no other
+  print plot DAT METRICS PAGE.ppm --mode entire|displayed|specify [--probe PROBE]
+      the page at 127 dpi (5 pixels a mm) has a 1 mm dot in channel 1's band colour within half a
+      mm of where the scale puts each record of the map area, and nothing else (METRICS: the printer's)
 
-Every expectation comes from the file, the probe's window sizes and the
-manual's arithmetic; nothing from the program but its pixels.
+Every expectation comes from the file, the probe's window sizes and the manual's arithmetic.
 """
 import datetime
 import os
@@ -89,14 +86,12 @@ def check_plot(shot, probe, path, channel, zooms, cross):
     hair = pix[cross] if cross is not None else (-99, -99)
     for i in range(0, len(recs), 13):
         x, y = pix[i]
-        if not (area[0] + d <= x < area[2] - d and area[1] + d <= y < area[3] - d):
-            continue
-        if abs(x - hair[0]) <= d or abs(y - hair[1]) <= d:
-            continue  # under the cross hair
+        if (not (area[0] + d <= x < area[2] - d and area[1] + d <= y < area[3] - d)
+                or abs(x - hair[0]) <= d or abs(y - hair[1]) <= d):
+            continue  # near the edge, or under the cross hair
         ch = recs[i][1]
         if channel == 4:  # a square per channel: 1 top left, 2 top right, 3 bottom left, 4 bottom right
-            corners = [(-2, -2), (2, -2), (-2, 2), (2, 2)]
-            want = {(x + dx, y + dy): BAND_RGB[band(ch[k])] for k, (dx, dy) in enumerate(corners)}
+            want = {(x + dx, y + dy): BAND_RGB[band(ch[k])] for k, (dx, dy) in enumerate([(-2, -2), (2, -2), (-2, 2), (2, 2)])}
         else:
             raw = max(ch) if channel == 5 else ch[channel]
             want = {(x, y): BAND_RGB[band(raw)], (x - 2, y + 2): BAND_RGB[band(raw)],
@@ -133,8 +128,7 @@ def check_listing(shot, probe, path):
         top, bottom = (r + 1) * ch + 3, (r + 2) * ch
         seen = {s.at(ox + x, oy + y) for x in range(x2 + 1, x4 - 1) for y in range(top, bottom)}
         want = GPS_RGB[recs[r][0] & 0x34]
-        others = set(GPS_RGB.values()) - {want}
-        fact(want in seen and not (seen & others), f"row {r + 1} latitude in {want}")
+        fact(want in seen and not (seen & (set(GPS_RGB.values()) - {want})), f"row {r + 1} latitude in {want}")
         grey = {s.at(ox + x, oy + y) for x in range(w * 6 // 10 + 1, w * 7 // 10 - 1) for y in range(top, bottom)}
         live = recs[r][0] & 0x10
         fact(((0, 0, 0) in grey) == bool(live), f"row {r + 1} readings {'black' if live else 'grey'}")
@@ -148,10 +142,8 @@ def listing_row(probe, shot, row, top):
     ox, oy, w, h, band_h = listing_metrics(s, probe)
     ch = band_h - 1
     if top == "end":  # the top row after End: the last record stands in the last whole row
-        rows = (h - 2 * ch - 4) // ch
-        top = 300 - rows + 1
-    y = ch + 2 + row * ch + ch // 2
-    print(oy + y, ox + w // 2, int(top) + row)
+        top = 301 - (h - 2 * ch - 4) // ch
+    print(oy + ch + 2 + row * ch + ch // 2, ox + w // 2, int(top) + row)
 
 
 def check_deleted(path, saved, index):
@@ -164,14 +156,11 @@ def check_deleted(path, saved, index):
 def check_suspended(shot, probe, suspended):
     s = Shot(shot)
     ox, oy, w, h = client(probe, "Veldor_Plot")
-    colours = {s.at(ox + x, oy + y) for x in range(2, w - 2) for y in range(35, h - 2)}
-    dots = colours & set(BAND_RGB[:3])
+    dots = {s.at(ox + x, oy + y) for x in range(2, w - 2) for y in range(35, h - 2)} & set(BAND_RGB[:3])
     cy = 34 + (h - 35) // 2
     text = sum(s.at(ox + x, oy + y) == (0, 0, 0) for x in range(2, w - 2) for y in range(cy - 20, cy))
-    if suspended:
-        fact(not dots and text > 20, f"suspended: no dots, {text} text pixels above the centre")
-    else:
-        fact(bool(dots), f"dots in {sorted(dots)}")
+    fact(not dots and text > 20 if suspended else bool(dots),
+         f"suspended: no dots, {text} text pixels above the centre" if suspended else f"dots in {sorted(dots)}")
 
 
 def check_chart(shot, probe, path, channel, mark):
@@ -219,10 +208,9 @@ def check_printed_listing(dat, met, pages, fmt, header):
     first = 5
     if header:
         started = datetime.datetime.utcfromtimestamp(survey.start).strftime("%a %b %d %H:%M:%S %Y")
-        want[0] += ["Recording started: " + started, "Printed: *",
-                    "Data filename: " + dat.rsplit("/", 1)[-1]]
-        want[0] += ["Ch%d cal. filename: %s" % (c + 1, survey.names[c]) for c in range(4)]
-        want[0] += ["Records taken: %d" % len(rows)]
+        want[0] += (["Recording started: " + started, "Printed: *", "Data filename: " + dat.rsplit("/", 1)[-1]]
+                    + ["Ch%d cal. filename: %s" % (c + 1, survey.names[c]) for c in range(4)]
+                    + ["Records taken: %d" % len(rows)])
         first = 16
     # The first page's records from line first, the others' from line 3.
     lines, n = [record_line(r, fmt) for r in rows], max(per_page - first + 1, 1)
@@ -234,8 +222,7 @@ def check_printed_listing(dat, met, pages, fmt, header):
         got = [" ".join(l.split()) for l in open(page, encoding="latin-1") if l.strip()]
         fact(len(got) == len(lines), f"page {p + 1}: {len(got)} lines, {len(lines)} expected")
         for n, (g, w) in enumerate(zip(got, lines)):
-            ok = g.startswith("Printed: ") if w == "Printed: *" else g == " ".join(w.split())
-            if not ok:
+            if not (g.startswith("Printed: ") if w == "Printed: *" else g == " ".join(w.split())):
                 fact(False, f"page {p + 1} line {n + 1}: '{g}', expected '{w}'")
     print(f"ok    {len(rows)} records on {len(pages)} pages, every line as expected")
 
@@ -272,10 +259,8 @@ def check_printed_plot(dat, met, ppm, mode, probe):
     w, h, px, at = page.w, page.h, page.px, page.at
     allowed, dots = set(), 0
     for i, (_, _, ch, lat, lon, _) in enumerate(rows):
-        if not (left <= lon <= right and bottom <= lat <= top):
-            continue
         x, y = pl + int((lon - left) / lon_s), pb + int((lat - bottom) / lat_s)
-        if not (pl <= x <= pr and pb <= y <= pt):
+        if not (left <= lon <= right and bottom <= lat <= top and pl <= x <= pr and pb <= y <= pt):
             continue
         # A logical unit is a tenth of the printer's whole millimetres of
         # HORZSIZE and VERTSIZE across its HORZRES and VERTRES dots.
@@ -302,15 +287,13 @@ def check_printed_plot(dat, met, ppm, mode, probe):
     fact(dots >= 10, f"{dots} dots where the scale puts them (scale {lat_s} ms of arc a tenth of a mm)")
 
 
-def arguments(argv):
-    """The words after the command, and the options ("--name value")."""
-    opt = {argv[i]: argv[i + 1] for i in range(2, len(argv) - 1) if argv[i].startswith("--")}
-    pos = [a for i, a in enumerate(argv[2:], 2) if not a.startswith("--") and not argv[i - 1].startswith("--")]
-    return pos, opt
-
-
 def main(argv):
-    pos, opt = arguments(argv)
+    pos, opt, words = [], {}, iter(argv[2:])  # the words after the command, and "--name value"
+    for word in words:
+        if word.startswith("--"):
+            opt[word] = next(words)
+        else:
+            pos.append(word)
     number = lambda name: int(opt[name]) if name in opt else None  # noqa: E731
     commands = {
         "make": lambda: make(pos[0], int(pos[1]) if len(pos) > 1 else 300),

@@ -8,6 +8,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -15,8 +16,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -39,18 +38,11 @@ int64_t NowMs() {
 
 class SimulatorLink : public ::testing::Test {
 protected:
-    std::string dir, ptyPath, logPath;
+    const std::string ptyPath = TempTestPath("link-pty"), logPath = TempTestPath("link-sim.log");
     pid_t sim = -1;
     int fd = -1;
 
-    void SetUp() override {
-        ResetFakeWorld();
-        char pattern[] = "/tmp/veldor-link-XXXXXX";
-        ASSERT_NE(nullptr, mkdtemp(pattern));
-        dir = pattern;
-        ptyPath = dir + "/pty";
-        logPath = dir + "/sim.log";
-    }
+    void SetUp() override { ResetFakeWorld(); }
 
     void TearDown() override {
         if (fd >= 0) close(fd);
@@ -58,8 +50,8 @@ protected:
             kill(sim, SIGTERM);
             waitpid(sim, nullptr, 0);
         }
-        std::string cleanup = "rm -rf '" + dir + "'";
-        if (system(cleanup.c_str()) != 0) ADD_FAILURE() << "cannot remove " << dir;
+        remove(ptyPath.c_str());
+        remove(logPath.c_str());
     }
 
     // Starts the simulator with the options given and opens its port.
@@ -87,11 +79,9 @@ protected:
 
     // Reads what arrives for ms milliseconds, piece by piece.
     void Pump(int ms) {
-        int64_t end = NowMs() + ms;
+        const int64_t end = NowMs() + ms;
         char piece[1024 + 1];
-        for (;;) {
-            int64_t left = end - NowMs();
-            if (left <= 0) return;
+        for (int64_t left; (left = end - NowMs()) > 0;) {
             struct pollfd p = {fd, POLLIN, 0};
             if (poll(&p, 1, (int)left) <= 0) continue;
             ssize_t n = read(fd, piece, 1024);
@@ -125,9 +115,7 @@ TEST_F(SimulatorLink, KeepAliveWatchdogAndStaleDataOnADrivenTick) {
     // tick until data came back.
     EXPECT_GE(opWhileStale, 15);
     // While data flowed and nothing else was sent, "KA" kept the line alive.
-    std::ifstream log(logPath);
-    const std::string logged((std::istreambuf_iterator<char>(log)), std::istreambuf_iterator<char>());
-    EXPECT_NE(std::string::npos, logged.find(" RX KA\n"));
+    EXPECT_NE(std::string::npos, ReadFileBytes(logPath).find(" RX KA\n"));
     // A clean line: no complaint either way, and the stored sample is the live one.
     EXPECT_EQ(0, CountStatus("Received invalid data from controller"));
     const std::vector<std::string> frames = FramesSent();

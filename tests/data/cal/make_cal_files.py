@@ -21,13 +21,11 @@ def cal_file(points, count=None):
 FILES = {
     # Spare bytes that are not zero: the test reads them back and writes them out again unchanged.
     "good.cal": cal_file([point(10, 5.0, b"\x11\x22\x33"), point(20, 15.0), point(200, -2.5, b"\xAA\xBB\xCC")]),
-    # The default curve of start-up.
     "default_curve.cal": cal_file([point(0, 0.0), point(255, 100.0)]),
     # N of 0, as "New" in the editor writes it: 29 bytes.
     "zero_points.cal": cal_file([]),
     # Claims 4 points and holds 2 whole ones and half of a third.
     "truncated.cal": cal_file([point(1, 1.0), point(2, 2.0)], count=4) + point(3, 3.0)[:5],
-    # Ends directly after the magic, or within it.
     "truncated_no_count.cal": MAGIC,
     "truncated_magic.cal": MAGIC[:10],
     # A data file's header offered as a .CAL, and one letter off.

@@ -61,14 +61,11 @@ struct Harness {
 };
 
 TEST(SimFaults, EachFaultSpoilsTheWireItsOwnWay) {
-    FaultConfig config;
-    config.lfAfterCr = true;
+    // FaultConfig: bad check every, garbage every, split, line feed after carriage return.
     std::string what = "x";
-    EXPECT_EQ(Join(FaultInjector(config, 1).Apply("#KA:A0\r", &what)), "#KA:A0\r\n");
+    EXPECT_EQ(Join(FaultInjector({0, 0, false, true}, 1).Apply("#KA:A0\r", &what)), "#KA:A0\r\n");
     EXPECT_EQ(what, "lf-after-cr");
-    config = FaultConfig();
-    config.garbageEvery = 1;
-    FaultInjector garbage(config, 3);
+    FaultInjector garbage({0, 1}, 3);
     const std::string frame = FormatFrame("RP 185400000 -3600000");
     for (int i = 0; i < 50; i++) {
         const std::string wire = Join(garbage.Apply(frame, nullptr));
@@ -76,9 +73,7 @@ TEST(SimFaults, EachFaultSpoilsTheWireItsOwnWay) {
         EXPECT_EQ(wire.substr(wire.size() - frame.size()), frame);
         EXPECT_EQ(wire.find_first_of(std::string("#\r\0", 3)), wire.size() - frame.size());
     }
-    config = FaultConfig();
-    config.split = true;
-    FaultInjector split(config, 9);
+    FaultInjector split({0, 0, true}, 9);
     size_t most = 0;
     for (int i = 0; i < 100; i++) {
         const std::vector<Piece> pieces = split.Apply(frame, &what);

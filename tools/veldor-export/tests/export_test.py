@@ -91,8 +91,7 @@ def make(path, hole, sparse):
     northern rows when sparse), every 97th record without a fix; channel 1 falls with distance and
     fades (Rayleigh); inside the hole it is 30 dB lower."""
     rnd, rows = random.Random(7), []
-    lat_m = 1 / MAS_PER_M
-    lon_m = lat_m * math.cos(math.radians(LAT0 / 3.6e6))
+    lat_m, lon_m = 1 / MAS_PER_M, math.cos(math.radians(LAT0 / 3.6e6)) / MAS_PER_M
     path_pts = [(x, r * 24.0) for r in range(17) for x in ((0.0, 390.0) if r % 2 == 0 else (390.0, 0.0))]
     for (x0, y0), (x1, y1) in zip(path_pts, path_pts[1:]):
         length = math.hypot(x1 - x0, y1 - y0)
@@ -129,8 +128,7 @@ def judge(paths, linear=False, window=40 * 299.792458 / 300, tile=100.0, thresho
     windows, path, last = {}, 0.0, None
     for r in surveys[0]:
         e, n = (r.lon - west) * m_e, (r.lat - south) * m_n
-        path += 0 if last is None else math.hypot(e - last[0], n - last[1])
-        last = (e, n)
+        path, last = path + (0 if last is None else math.hypot(e - last[0], n - last[1])), (e, n)
         windows.setdefault(math.floor(path / window), []).append((e, n, veldor_dat.value(r.ch[0])))
     tiles = {}
     for w in windows.values():
