@@ -128,8 +128,7 @@ def survey(count=300):
     rows = []
     for i in range(count):
         row, col = divmod(i, 20)
-        if row % 2:
-            col = 19 - col
+        col = 19 - col if row % 2 else col
         ch = (BAND_RAW[col // 5] + row % 3, BAND_RAW[row % 4], BAND_RAW[(row + col) % 4], 100 + i % 50)
         flags = GPS_FLAGS[i % 4] | (0x08 if i % 10 == 0 else 0)
         rows.append(Record(flags, i % 7 if flags & 0x08 else 0, ch, BASE_LAT + row * STEP,

@@ -50,9 +50,8 @@ def read_samples(log_path, sent_path):
             samples[-1].update(ch=tuple(int(v) & 0xFF for v in body[1:5]), acc=int(body[5]) & 0xFF)
         elif what == "TX" or not samples:
             frame = None
-        last_frame = None
-        if frame is not None:
-            last_frame = (samples[-1], frame + "_ok", samples[-1][frame + "_ok"])
+        last_frame = frame and (samples[-1], frame + "_ok", samples[-1][frame + "_ok"])
+        if frame:
             samples[-1][frame + "_ok"] = True
     samples = [s for s in samples if s["ch"] is not None]
     sent = [(int(v[0]), int(v[1]), tuple(map(int, v[2:6])), int(v[6]))

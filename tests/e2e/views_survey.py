@@ -173,8 +173,7 @@ def check_chart(shot, probe, path, channel, mark):
     fact(len(base) >= 2, f"X axis found at y {base[:2]}")
     bottom = base[0] - 1
     hits = Counter(r[1][channel] for r in recs)
-    scale = (right - left) / 100.0
-    peak = max(hits.values())
+    scale, peak = (right - left) / 100.0, max(hits.values())
     marked = recs[mark][1][channel] if mark is not None else None
     for raw in sorted(set(hits) - {marked}):
         x = left + int(value(raw) * scale)

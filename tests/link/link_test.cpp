@@ -54,14 +54,14 @@ protected:
         remove(logPath.c_str());
     }
 
-    // Starts the simulator with the options given and opens its port.
-    void Start(std::vector<std::string> options) {
+    // Starts the simulator, silent for 3 s after 1 s of data, and opens its port.
+    void Start() {
         const char* exe = getenv("CONTROLLER_SIM");
         ASSERT_NE(nullptr, exe) << "CONTROLLER_SIM is not set";
-        std::vector<std::string> args = {exe,     "--link",      ptyPath, "--log",
-                                         logPath, "--period-ms", "100",   "--duration",
-                                         "60",    "--seed",      "7"};
-        args.insert(args.end(), options.begin(), options.end());
+        std::vector<std::string> args = {exe,     "--link",        ptyPath, "--log",
+                                         logPath, "--period-ms",   "100",   "--duration",
+                                         "60",    "--seed",        "7",     "--silence-after",
+                                         "1",     "--silence-for", "3"};
         std::vector<char*> argv;
         for (std::string& a : args) argv.push_back(&a[0]);
         argv.push_back(nullptr);
@@ -94,7 +94,7 @@ protected:
 };
 
 TEST_F(SimulatorLink, KeepAliveWatchdogAndStaleDataOnADrivenTick) {
-    Start({"--silence-after", "1", "--silence-for", "3"});
+    Start();
     ASSERT_EQ(1, SendFrameText("OP 1"));
     // A driven tick every 100 ms: 1 s of data, 3 s of silence, then data.
     int ticks = 0, ticksToLoss = -1, opWhileStale = 0;
