@@ -31,18 +31,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     int ok = ReadCalFile(path.c_str(), 3);
     remove(path.c_str());  // libFuzzer may end the process without running atexit
     const int count = CalTable[3].count;
-    if (count > CalMaxPoints) abort();
-    if (ok) {
-        // Whole points only: 29 + 8 per point bytes must have been there.
-        if (count < 0 ||
-            (count > 0 && CalFileHeaderSize + CalFilePointSize * (size_t)count > bytes.size()))
-            abort();
-        if (!fake.messageBoxes.empty()) abort();
-    } else {
-        if (count != -7 || fake.messageBoxes.size() != 1) abort();
-        CalTable[3].count = 0;
-    }
-    if (BusyCount() != 0) abort();
+    if (count > CalMaxPoints || BusyCount() != 0) abort();
+    // A read that succeeds stores whole points only (29 + 8 per point bytes must have been
+    // there) and says nothing; one that fails keeps the marker and shows one message.
+    if (ok && (count < 0 || !fake.messageBoxes.empty() ||
+               (count > 0 && CalFileHeaderSize + CalFilePointSize * (size_t)count > bytes.size())))
+        abort();
+    if (!ok && (count != -7 || fake.messageBoxes.size() != 1)) abort();
+    if (!ok) CalTable[3].count = 0;
 
     BuildChannelLookup(3);
     if (CalTable[3].count > CalMaxPoints || BusyCount() != 0) abort();
