@@ -39,8 +39,6 @@ std::string WithIcon(const char* message, int icon) {
     return message ? message + std::string(" icon ") + std::to_string(icon) : "";
 }
 
-// ---- Display, colours, recording settings, preferences -----------------------------
-
 TEST_F(Dialogs, DisplayBoxShowsUnknownModesAsTheFirstButtonAndStoresRawAsMinusOne) {
     const struct { int32_t latLong, sign, reading; std::vector<int> shown; const char* stored; } cases[] = {
         {2, 1, 1, {1, 0, 1}, "2 1 1"},
@@ -151,8 +149,6 @@ TEST_F(Dialogs, RecSettingsTakesNumbersBelowOneAsOneAndRefusesDistanceInTzrMode)
     }
 }
 
-// ---- Tags and manual readings ------------------------------------------------------
-
 // Tags on the given records, with texts "a", "b", ... in that order.
 void Tags(std::initializer_list<int> records) {
     tagCount = 0;
@@ -167,24 +163,6 @@ std::string TagTable() {
     std::string out;
     for (int i = 0; i < tagCount; i++) out += std::to_string(tagRecord[i]) + tagText[i] + " ";
     return out;
-}
-
-TEST_F(Dialogs, TagOpeningRefusesOrOffersTheTagOrTheLastRecord) {
-    const struct { int records, tags, number, result; const char *index, *text, *message; } cases[] = {
-        {5, 1000, -1, TagDialogRefused, "", "", "Maximum number of text tags reached"},
-        {5, 1000, 999, 999, "4", "z", nullptr},  // an edit still opens at 1000 tags
-    };
-    for (auto& c : cases) {
-        ResetFakeWorld();
-        recordCount = c.records;
-        tagCount = (int16_t)c.tags;
-        tagRecord[c.tags - 1] = 3;
-        strcpy(tagText[c.tags - 1], "z");
-        TagDialogValues v = {"", ""};
-        EXPECT_EQ(c.result, TagDialogOpen(c.number, &v)) << c.records << " " << c.number;
-        EXPECT_EQ(std::string(c.index) + "|" + c.text, std::string(v.index) + "|" + v.text);
-        EXPECT_EQ(WithIcon(c.message, ICON_STOP), Shown());
-    }
 }
 
 TEST_F(Dialogs, TagOkStoresOnlyARecordOfTheStoreWithText) {
@@ -208,6 +186,12 @@ TEST_F(Dialogs, TagOkStoresOnlyARecordOfTheStoreWithText) {
     char line[64];
     TagLineText(1, line, sizeof line);  // the Text Tags window's line: records count from 1
     EXPECT_STREQ("4 - b", line);
+    // At the limit an edit still opens, a new tag does not.
+    tagCount = MaxTextTags;
+    TagDialogValues offered;
+    EXPECT_EQ(1, TagDialogOpen(1, &offered));
+    EXPECT_EQ(TagDialogRefused, TagDialogOpen(-1, &offered));
+    EXPECT_EQ("Maximum number of text tags reached", fake.messageBoxes.back());
 }
 
 TEST_F(Dialogs, ManualReadingOpensWithLiveOrAveragedValuesAndOkCutsReadings) {
@@ -245,8 +229,6 @@ TEST_F(Dialogs, ManualReadingOpensWithLiveOrAveragedValuesAndOkCutsReadings) {
     const uint8_t want[4] = {44, 255, 255, 0};
     EXPECT_EQ(0, memcmp(want, manualReading.readings, 4));
 }
-
-// ---- The calibration editor --------------------------------------------------------
 
 struct CalEditor : Dialogs {
     CalEditorState s;
@@ -386,8 +368,6 @@ TEST_F(CalEditor, GraphScalesPowerAcrossAndValuesBetweenLeastAndGreatest) {
     }
 }
 
-// ---- Instruments -------------------------------------------------------------------
-
 TEST_F(Dialogs, PortNamesAndBusyPortsAreListed) {
     const struct { int n, opened; unsigned long error; const char* name; int listed; } cases[] = {
         {1, 1, 0, "COM1", 1},
@@ -483,8 +463,6 @@ TEST_F(Dialogs, Ar3000aBodyKeepsTypedTextsAndGpsDiffOffers4800) {
     GpsDiffBoxOpen(&gd);
     EXPECT_STREQ("4800", gd.baudRate);
 }
-
-// ---- Make listing file -------------------------------------------------------------
 
 // Stored "Listing File" values, the buttons they check when the box opens,
 // and what OK then stores: each group's fallback button for a value outside

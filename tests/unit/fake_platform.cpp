@@ -160,8 +160,6 @@ int PlatformPortWrite(const char* data, int length) {
 }
 
 void PlatformSetStatusPane(int pane, const char* text) {
-    if (pane < 0 || pane > 2) return;
-    fake.pane[pane] = text;
     if (pane == 0) fake.statusLines.push_back(text);
 }
 

@@ -20,21 +20,17 @@ struct RepaintRequest {
 };
 
 struct FakePlatform {
-    // Port
     bool portOpen = false;
     std::string wire;                 // every byte written, in order
     std::vector<std::string> writes;  // one entry per write call
     int portFd = -1;                  // when set, writes also go to this descriptor
-    // Status bar
     std::vector<std::string> statusLines;  // pane 0, in order
-    std::string pane[3];
     // Questions: answers are taken from the front; an unscripted question
     // is answered No.
     std::deque<int> answers;
     std::vector<std::string> questions;
     std::vector<std::string> messageBoxes;
     std::vector<int> messageIcons;
-    // Windows
     bool windowExists[8] = {false, false, false, false, false, false, false, false};
     std::vector<RepaintRequest> repaints;
     std::vector<int> scrollPositions;  // vertical scroll of the Listing

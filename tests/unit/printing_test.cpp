@@ -18,17 +18,6 @@
 
 namespace {
 
-// The screen's forms in Deg, Deg Min and Deg Min Sec, with letters and with signs, and slips.
-TEST(PrintPlotTest, ParsesCoordinatesInEveryDegreeForm) {
-    const struct { const char* text; int32_t expected; } cases[] = {
-        {"31 30 15 S", -113415000}, {"31 30 15 N", 113415000}, {"115.75 E", 416700000},
-        {"-31.5", -113400000}, {"31 30", 113400000}, {"31.5000000 S", -113400000},
-        {"31 30.00000 S", -113400000}, {"31 30 0.000 S", -113400000}, {"-0 30", 1800000},
-        {"-31 30 0.000", -113400000}, {"31.5S", 113400000}, {"", 0}, {"S", 0},
-        {"  115 45  w ", -416700000}, {"1 2 3 4 S", 3723000}};  // a fifth word is not read
-    for (const auto& c : cases) EXPECT_EQ(ParseCoordinate(c.text), c.expected) << c.text;
-}
-
 TEST(PrintPlotTest, ValidatesEachModeWithItsMessages) {
     const int SHOWN = PRINT_FIT_DISPLAYED, TYPED = PRINT_SPECIFY, ALL = PRINT_FIT_ENTIRE;
     const char* const invalid = "Co-ordinates are invalid";
@@ -138,8 +127,6 @@ TEST(PrintPlotTest, PlacesRecordsOnPaperInTenthsOfAMillimetre) {
                   (std::vector<int32_t>{c.x, c.y, q.left + 10, q.top + 10}));
     }
 }
-
-// ---- Listing ----------------------------------------------------------------------
 
 class PrintListing : public ::testing::Test {
 protected:

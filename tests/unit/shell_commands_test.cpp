@@ -49,20 +49,6 @@ TEST_F(FrameCommands, MenuItemsFollowTheStoreTheFileAndRecording) {
     }
 }
 
-TEST_F(FrameCommands, AccessoryModesAreChecked) {
-    const struct { uint32_t flags; int gpsDiff, ar3000a, tzr; } cases[] = {
-        {0, 0, 0, 0},
-        {STATUS_AR3000A_MODE, 0, 1, 0},
-        {STATUS_TZR_MODE | STATUS_GPS_DIFF_MODE, 1, 0, 1},
-    };
-    for (const auto& c : cases) {
-        statusFlags = c.flags;
-        EXPECT_EQ((std::vector<int>{c.gpsDiff, c.ar3000a, c.tzr, 0}),
-                  (std::vector<int>{MenuItemChecked(IDM_CONFIG_GPS_DIFF), MenuItemChecked(IDM_CONFIG_AR3000A),
-                                    MenuItemChecked(IDM_CONFIG_TZR4100), MenuItemChecked(IDM_RECORD_START)}));
-    }
-}
-
 TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
     statusFlags = STATUS_TZR_MODE | STATUS_AR3000A_MODE | STATUS_GPS_DIFF_MODE | STATUS_CHANGED;
     liveState.liveAccessoryChannel = 4;
@@ -72,6 +58,8 @@ TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
     EXPECT_TRUE(fake.wire.empty());
     EXPECT_EQ(STATUS_TZR_MODE | STATUS_AR3000A_MODE | STATUS_GPS_DIFF_MODE | STATUS_CHANGED, statusFlags);
     EXPECT_EQ("<absent>", StoredSetting("TZR4100", "Enable TZR4100 mode"));
+    EXPECT_TRUE(MenuItemChecked(IDM_CONFIG_GPS_DIFF) && MenuItemChecked(IDM_CONFIG_AR3000A) &&
+                MenuItemChecked(IDM_CONFIG_TZR4100) && !MenuItemChecked(IDM_RECORD_START));
     ResetController();
     const char* question =
         "Resetting the controller will set all parameters to their factory default.\n\n"
@@ -80,6 +68,7 @@ TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
     EXPECT_EQ(std::vector<std::string>{"FR"}, FramesSent());
     EXPECT_EQ(1, CountStatus("Reset sent to controller"));
     EXPECT_EQ(STATUS_CHANGED, statusFlags);
+    EXPECT_FALSE(MenuItemChecked(IDM_CONFIG_GPS_DIFF));
     EXPECT_EQ(0, liveState.liveAccessoryChannel);
     const char* stored[][3] = {
         {"TZR4100", "Enable TZR4100 mode", "0"}, {"TZR4100", "Inital channel", "1"},
@@ -89,22 +78,9 @@ TEST_F(FrameCommands, ResetControllerOnYesSendsFrAndForgetsTheModes) {
     for (const auto& key : stored) EXPECT_EQ(key[2], StoredSetting(key[0], key[1])) << key[1];
 }
 
-TEST_F(FrameCommands, CoreCommandsRunAndOthersAreLeftToTheFrame) {
-    EXPECT_EQ(1, RunCoreFrameCommand(IDM_RECORD_CLEAR));
-    EXPECT_EQ("Nothing to clear", fake.statusLines.back());
-    size_t lines = fake.statusLines.size();
-    EXPECT_EQ(0, RunCoreFrameCommand(IDM_WINDOW_CASCADE));
-    EXPECT_EQ(0, RunCoreFrameCommand(IDM_FILE_OPEN));
-    EXPECT_EQ(lines, fake.statusLines.size());
-}
-
-// ---- Save and Close ---------------------------------------------------------------
-
 std::string Caption(const std::string& path) {
     return "VELDOR [ " + path + " ]";
 }
-
-const char* const SaveQuestion = "Current data has changed\nSave data ?";
 
 struct FileCommands : ::testing::Test {
     void SetUp() override {
@@ -112,45 +88,6 @@ struct FileCommands : ::testing::Test {
         statusFlags = STATUS_FULL_PATH;
     }
 };
-
-TEST_F(FileCommands, SaveNeedsRecordsAndANameOtherwiseSaveAs) {
-    FileSave();  // no records: nothing at all
-    EXPECT_TRUE(fake.statusLines.empty() && fake.chooseModes.empty());
-
-    // No name: Save As.
-    recordCount = 1;
-    statusFlags |= STATUS_CHANGED | STATUS_CHECK_STORED;
-    std::string path = TempTestPath("save.dat");
-    fake.chosenFiles = {path};
-    FileSave();
-    EXPECT_EQ(std::vector<int>{CHOOSE_SAVE_DATA}, fake.chooseModes);
-    EXPECT_EQ(1223u + 18, ReadFileBytes(path).size());
-    EXPECT_FALSE(statusFlags & STATUS_CHANGED);
-    EXPECT_EQ(Caption(path), fake.caption);
-    // The check ran before the write: the empty names were filled in.
-    EXPECT_STREQ("Default.cal", recordingParams.calFileName[0]);
-
-    // With a name, and again with the flag clear (the accelerator): the check
-    // asks, the file is written without a chooser.
-    snprintf(recordingParams.calFileName[1], PathSize, "Old.cal");
-    recordCount = 2;
-    fake.answers = {1};
-    FileSave();
-    EXPECT_EQ(1u, fake.chooseModes.size());
-    EXPECT_EQ(1u, fake.questions.size());
-    EXPECT_STREQ("Default.cal", recordingParams.calFileName[1]);
-    EXPECT_EQ(1223u + 2 * 18, ReadFileBytes(path).size());
-
-    // A save that fails keeps the name and the flag.
-    std::string bad = TempTestPath("no-folder/x.dat");
-    snprintf(dataFileName, PathSize, "%s", bad.c_str());
-    statusFlags |= STATUS_CHANGED;
-    FileSave();
-    EXPECT_TRUE(statusFlags & STATUS_CHANGED);
-    EXPECT_STREQ(bad.c_str(), dataFileName);
-    EXPECT_EQ(std::vector<std::string>{"Error opening file, data not saved"}, fake.messageBoxes);
-    remove(path.c_str());
-}
 
 TEST_F(FileCommands, CloseEmptiesEverythingOnlyWithAName) {
     recordCount = 5;

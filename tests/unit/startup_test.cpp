@@ -31,6 +31,7 @@ TEST_F(Startup, EmptySettingsGiveTheDefaults) {
     recordCount = 7;
     statusFlags = 0xFFFF;
     snprintf(dataFileName, sizeof dataFileName, "%s", "C:\\old.DAT");
+    snprintf(channelLabels[0], ChannelLabelSize, "%s", "old");
     commsWatchdogTicks = 0;
     keepAliveTicks = 0;
     liveState.dataValidTicks = 9;
@@ -42,6 +43,7 @@ TEST_F(Startup, EmptySettingsGiveTheDefaults) {
 
     EXPECT_EQ(0, recordCount);
     EXPECT_STREQ("", dataFileName);
+    EXPECT_STREQ("Ch 1", channelLabels[0]);
     EXPECT_EQ(STATUS_LOAD_STORED | STATUS_CHECK_STORED | STATUS_INCREMENT_CHANNEL, statusFlags);
     // Link timers and live state; formats; intervals; plot; input channel.
     EXPECT_EQ(
@@ -94,21 +96,19 @@ TEST_F(Startup, StoredKeysAreTaken) {
     EXPECT_EQ(0, TakeFirstRunLayout());
 }
 
+// Nothing stored: the origin is pulled to 0 and the size left to the system.
 TEST_F(Startup, FrameIsKeptOnTheScreen) {
     const int none = SettingNotStored;
-    const struct {
-        FramePlace stored;
-        int x, y, width;
-    } cases[] = {
-        {{-100, -5, 400, 300}, 0, 0, 400},
-        {{900, 600, 300, 200}, 724, 568, 300},
-        {{10, 20, 300, 200}, 10, 20, 300},
-        // Nothing stored: the origin is pulled to 0 and the size left to the system.
-        {{none, none, none, none}, 0, 0, none},
+    const FramePlace cases[][2] = {
+        {{-100, -5, 400, 300}, {0, 0, 400, 300}},
+        {{900, 600, 300, 200}, {724, 568, 300, 200}},
+        {{10, 20, 300, 200}, {10, 20, 300, 200}},
+        {{none, none, none, none}, {0, 0, none, none}},
     };
     for (const auto& c : cases) {
-        FramePlace p = PlaceFrame(c.stored, 1024, 768);
-        EXPECT_EQ(std::vector<int>({c.x, c.y, c.width}), std::vector<int>({p.x, p.y, p.width}));
+        FramePlace p = PlaceFrame(c[0], 1024, 768);
+        EXPECT_EQ((std::vector<int>{c[1].x, c[1].y, c[1].width, c[1].height}),
+                  (std::vector<int>{p.x, p.y, p.width, p.height}));
     }
 }
 
