@@ -127,7 +127,7 @@ printf '%s\r\n' "[General]" "Record Interval Seconds=1" "[Main window]" "Maximis
 DAT="$DEMO/survey.DAT"
 
 wine explorer "/desktop=$DESKTOP,1024x768" >>"$DEMO/wine.log" 2>&1 &
-wine "$PROBE" -d "$DESKTOP" watch -t 600 -k "$(winepath -w "$HOOK_DLL")" "$(winepath -w "$DEMO/status-lines.log")" \
+wine "$PROBE" -d "$DESKTOP" watch 600 "$(winepath -w "$HOOK_DLL")" "$(winepath -w "$DEMO/status-lines.log")" \
   >"$DEMO/watch.log" 2>&1 &
 WATCH_PID=$!
 for _ in $(seq 1 300); do grep -q '^0 hooked$' "$DEMO/watch.log" 2>/dev/null && break; sleep 0.1; done

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# Sourced first by each scenario_NAME.sh [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR],
-# which then drives veldor.exe under Wine with the controller simulator
-# linked as COM1. Artefacts stay in <Windows build>/e2e/<scenario>/. Each
-# scenario ends its own wineserver session, so no program outlives it.
+# Sourced first by each scenario_NAME.sh [WINDOWS_BUILD_DIR] [NATIVE_BUILD_DIR], which then
+# drives veldor.exe under Wine with the controller simulator linked as COM1. Artefacts stay in
+# <Windows build>/e2e/<scenario>/. Each scenario ends its own wineserver session, so no
+# program outlives it.
 
 set -euo pipefail
 E2E_SCENARIO="${E2E_SCENARIO:-$(basename "$0" .sh | sed 's/^scenario_//')}"
@@ -14,11 +14,13 @@ EXE="$BUILD_ROOT/veldor.exe"
 PROBE="$BUILD_ROOT/tests/e2e/veldor_probe.exe"
 HOOK_DLL="$BUILD_ROOT/tests/e2e/status_hook.dll"
 CHECK_DAT="$E2E_ROOT_DIR/tests/e2e/check_dat.py"
+VIEWS_PY="$E2E_ROOT_DIR/tests/e2e/views_survey.py"
+VIEWS="python3 $VIEWS_PY"
 E2E_DIR="$BUILD_ROOT/e2e"
 ART="$E2E_DIR/$E2E_SCENARIO"
-# COM1 of the prefix leads to this link, which each simulator remakes to its
-# own pseudo-terminal; COM3 leads to a path where no device will ever be,
-# COM4 to a device that is no serial line.
+DAT="$ART/$E2E_SCENARIO.DAT"
+# COM1 of the prefix leads to this link, which each simulator remakes to its own pseudo-terminal;
+# COM3 leads to a path where no device will ever be, COM4 to a device that is no serial line.
 COM1_LINK="$E2E_DIR/com1"
 COM3_PATH="$E2E_DIR/no-such-device"
 COM4_PATH=/dev/null
@@ -126,8 +128,8 @@ e2e_fresh_settings() {
   cp "$E2E_ROOT_DIR/tests/data/cal/default_curve.cal" "$BUILD_ROOT/Default.cal"
 }
 # e2e_setting SECTION KEY VALUE...: keys of the settings file written before
-# the start; e2e_settings: the lines "SECTION|KEY|VALUE" of its input.
-e2e_setting() { printf '%s|%s|%s\n' "$@" | e2e_settings; }
+# the start; e2e_settings: the lines "SECTION|KEY=VALUE|KEY=VALUE..." of its input.
+e2e_setting() { printf '%s|%s=%s\n' "$@" | e2e_settings; }
 e2e_settings() {
   mkdir -p "$(dirname "$INI")"
   python3 -c '
@@ -135,9 +137,10 @@ import configparser, sys
 ini = configparser.RawConfigParser(delimiters=("=",), strict=False, interpolation=None)
 ini.optionxform = str
 ini.read(sys.argv[1], encoding="latin-1")
-for section, key, value in (entry.split("|", 2) for entry in sys.stdin.read().split("\n") if entry.strip()):
+for section, *pairs in (line.split("|") for line in sys.stdin.read().split("\n") if line.strip()):
     ini.has_section(section) or ini.add_section(section)
-    ini.set(section, key, value)
+    for key, value in (pair.split("=", 1) for pair in pairs):
+        ini.set(section, key, value)
 with open(sys.argv[1], "w", encoding="latin-1", newline="\r\n") as out:
     ini.write(out, space_around_delimiters=False)
 ' "$INI"
@@ -167,7 +170,7 @@ e2e_start_desktop() {
   # without a word; it is started again, once.
   for try in 1 2; do
     [ "$try" = 1 ] || sleep 1
-    wine "$PROBE" -d "$DESKTOP" watch -t 900 -k "$(e2e_winpath "$HOOK_DLL")" "$(e2e_winpath "$STATUS_LINES")" \
+    wine "$PROBE" -d "$DESKTOP" watch 900 "$(e2e_winpath "$HOOK_DLL")" "$(e2e_winpath "$STATUS_LINES")" \
       >>"$STATUS_LOG" 2>&1 &
     WATCH_PID=$!
     e2e_until 30 'grep -q "^0 hooked$" "$STATUS_LOG" 2>/dev/null || ! kill -0 "$WATCH_PID" 2>/dev/null' ||
@@ -203,16 +206,15 @@ e2e_type() { xdotool type --delay 20 -- "$1"; }
 # e2e_keys TOKEN...: keys, and ":TEXT" tokens typed as text, in order.
 e2e_keys() {
   local keys=() token
-  for token in "$@"; do
+  for token in "$@" :; do
     if [ "${token:0:1}" != : ]; then
       keys+=("$token")
       continue
     fi
     [ ${#keys[@]} -eq 0 ] || e2e_key "${keys[@]}"
     keys=()
-    e2e_type "${token:1}"
+    [ -z "${token:1}" ] || e2e_type "${token:1}"
   done
-  [ ${#keys[@]} -eq 0 ] || e2e_key "${keys[@]}"
 }
 # e2e_menu KEY LETTER...: KEY opens a menu, the letters choose in it.
 e2e_menu() {
@@ -253,22 +255,20 @@ e2e_wait_samples() {
   e2e_until "$2" '[ "$(e2e_samples_sent)" -ge "$target" ]'
 }
 
-# e2e_status_seen TEXT: TEXT set in pane 0 (or "pane1=TEXT" etc.) since e2e_mark.
+# e2e_status_seen TEXT: TEXT set in pane 0 since e2e_mark.
 E2E_MARK=0
 e2e_mark() { E2E_MARK=$( (wc -l <"$STATUS_LINES") 2>/dev/null || echo 0); }
 e2e_status_seen() {
-  local line="$1"
-  [[ "$line" =~ ^(pane[0-2]|caption)= ]] || line="pane0=$line"
   [ -f "$STATUS_LINES" ] &&
-    awk -v l="$line" -v from="$E2E_MARK" 'NR > from { sub(/^[0-9]+ /, ""); if ($0 == l) { found = 1; exit } }
+    awk -v l="pane0=$1" -v from="$E2E_MARK" 'NR > from { sub(/^[0-9]+ /, ""); if ($0 == l) { found = 1; exit } }
       END { exit !found }' "$STATUS_LINES"
 }
-e2e_wait_status() {
+# e2e_expect_status TEXT [SECONDS]: fails when TEXT is not set within SECONDS (5).
+e2e_expect_status() {
   local text="$1"
-  e2e_until "$2" '! grep -q " HUNG$" "$STATUS_LOG" || e2e_fail "the program stopped answering"; e2e_status_seen "$text"'
+  e2e_until "${2:-5}" '! grep -q " HUNG$" "$STATUS_LOG" || e2e_fail "the program stopped answering"; e2e_status_seen "$text"' ||
+    e2e_fail "no status line \"$1\""
 }
-# e2e_expect_status TEXT [SECONDS]: fails when TEXT is not set within 5 s.
-e2e_expect_status() { e2e_wait_status "$1" "${2:-5}" || e2e_fail "no status line \"$1\""; }
 e2e_status_lines() { sed -n 's/^[0-9]* pane0=//p' "$STATUS_LINES" 2>/dev/null; }
 
 e2e_wait_exit() {
@@ -279,12 +279,12 @@ e2e_wait_exit() {
 # The views' layout: the frame maximised, the Listing top left over the
 # Chart, the Plot on the right; the Tags window shown with 1.
 e2e_view_layout() {
-  local window x y width height
-  e2e_setting "Main window" Maximised 1 "Main window" "Show tags" "${1:-0}"
-  for window in "Listing 0 0 560 400" "Chart 0 400 560 260" "Plot 560 0 460 660"; do
-    read -r window x y width height <<<"$window"
-    printf "$window|%s\n" "Origin X|$x" "Origin Y|$y" "Width|$width" "Height|$height" | e2e_settings
-  done
+  e2e_settings <<EOF
+Main window|Maximised=1|Show tags=${1:-0}
+Listing|Origin X=0|Origin Y=0|Width=560|Height=400
+Chart|Origin X=0|Origin Y=400|Width=560|Height=260
+Plot|Origin X=560|Origin Y=0|Width=460|Height=660
+EOF
 }
 # e2e_file_dialog KEYS TITLE STATUS PATH DONE: KEYS open the file dialog
 # TITLE, which sets the status STATUS; PATH is taken, and the title and the
@@ -361,6 +361,11 @@ e2e_check() {
   shift
   PYTHONPATH="$E2E_ROOT_DIR/tests/e2e:$E2E_ROOT_DIR/tests" python3 "$@" >>"$log" 2>&1 ||
     { tail -3 "$log"; e2e_fail "$(basename "$1") ${2:-}: $(tail -1 "$log")"; }
+}
+# e2e_check_dat DAT ARGS...: DAT holds the samples sent from $since to $until_ (check_dat.py).
+e2e_check_dat() {
+  e2e_check check_dat.txt "$CHECK_DAT" "$1" --log "$SIM_LOG" --sent "$SENT" --interval 1 --since "$since" --until "$until_" "${@:2}"
+  tail -1 "$ART/check_dat.txt"
 }
 # e2e_open_dialog MENU KEYS TITLE STATUS [CONDITION...]: MENU ("" none) and
 # KEYS open the dialog TITLE with the status STATUS.

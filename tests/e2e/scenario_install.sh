@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# The setup program in a fresh prefix: its licence page, Cancel; /S installs
-# the zip's files byte for byte, the Start-menu folder and the Uninstall key;
-# the installed veldor.exe reads its Default.cal, shows its version in Help >
-# About and counts Sample.DAT; Uninstall.exe /S leaves only VELDOR.ini and a
-# survey saved beside.
+# The setup program in a fresh prefix: its licence page, Cancel; /S installs the zip's files
+# byte for byte, the Start-menu folder and the Uninstall key; the installed veldor.exe reads
+# its Default.cal, shows its version in Help > About and counts Sample.DAT; Uninstall.exe /S
+# leaves only VELDOR.ini and a survey saved beside.
 set -euo pipefail
 HERE="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 WIN_DIR="$(cd "$(dirname "${1:-$HERE/../../build/win64}")/win32" && pwd)"
@@ -26,8 +25,7 @@ wine explorer "/desktop=$DESKTOP,1024x768" "$SETUP" >>"$ART/wine.log" 2>&1 &
 e2e_expect "the setup did not open" -t 60 "topmost=#32770|VELDOR Setup"
 e2e_focus
 e2e_key Return
-sleep 2
-e2e_shot licence
+e2e_shot licence 2
 e2e_key Escape
 sleep 1
 e2e_key Return
@@ -47,7 +45,7 @@ e2e_pass "/S installed the files of the zip, the four shortcuts and the Uninstal
 
 e2e_start_sim
 e2e_start_program "$APP/veldor.exe"
-e2e_wait_status "Port opened" 30 || e2e_fail "the port did not open"
+e2e_expect_status "Port opened" 30
 e2e_same "the reads of the installed Default.cal" "$(e2e_status_lines | grep -c -x "Read calibration file 'Default.cal'")" 4
 e2e_close_signon
 e2e_expect "a message box at the start" -t 5 nowindow=VELDOR caption=VELDOR

@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# The link dialogs of the Configure menu, with no settings file (TZR4100 mode
-# on): Escape sends and writes nothing; OK in GpsDiffBox, AR3000aBox and TzrBox,
-# each question answered Yes, sends exactly their frames and writes their keys;
-# TzrBox's enable box and "Set inital channel now" send at once, its spin stops
-# at 99; PortsBox to COM4 closes the port and fails, back to COM1 opens it.
+# The link dialogs of the Configure menu, no settings file (TZR4100 mode on): Escape sends and
+# writes nothing; OK in GpsDiffBox, AR3000aBox and TzrBox, each question answered Yes, sends
+# exactly their frames and writes their keys; TzrBox's enable box and "Set inital channel now"
+# send at once, its spin stops at 99; PortsBox to COM4 closes the port, fails, COM1 reopens it.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 GPSDIFF="VELDOR - Configure GPS Differential Mode"
@@ -33,7 +32,6 @@ space Tab End | | | | gpsdiff
 Return | box=Enabling GPS differential scan mode will disable TZR4100 mode.* | |
 y | nowindow=$GPSDIFF; enabled=1 | [GPS Diff] Enable GPS Diff mode=1; Baud Rate=9600; [TZR4100] Enable TZR4100 mode=0 | GD 1 9600
 EOF
-e2e_pass "GpsDiffBox: OK sends GD 1 9600 and writes its keys"
 
 # Channel 1 at 145.5 MHz, CW, the attenuator on; past channels 2-4 to "Baud rate": 9600.
 open_dialog "$AR" "Configure AR3000A" a a
@@ -42,12 +40,11 @@ space Tab :145.5 Tab End Tab space Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab End |
 Return | box=Enabling AR3000A scan mode will disable GPS differential mode.* | |
 y | nowindow=$AR; enabled=1 | [AR3000A] Enable AR3000A mode=1; Baud Rate=9600; Ch1 Freq=145.5; Ch1 Mode=CW; Ch1 Att on=1; Ch2 Freq=89.0; Ch4 Mode=WFM; Ch4 Att on=0; [GPS Diff] Enable GPS Diff mode=0 | AC R145.5C,T89.0W,T90.0W,T91.0W,9600; AS 1
 EOF
-e2e_pass "AR3000aBox: OK sends the AC body and AS 1 and writes its keys"
+e2e_pass "OK sends and writes their keys: GpsDiffBox GD 1 9600, AR3000aBox the AC body and AS 1"
 
 open_dialog "$TZR" "Configure TZR4100" a t
 e2e_step space "" "" "MS 1"
 e2e_step Escape "nowindow=$TZR; enabled=1" unchanged "MS 1; MS 0"
-e2e_pass "TzrBox: the enable box sends MS 1 at once, Escape MS 0, the file as it was"
 
 open_dialog "$TZR" "Configure TZR4100" a t
 e2e_keys space Tab :03 Tab :150
@@ -61,7 +58,7 @@ Tab :9 | | | | tzr
 Return | box=Enabling TZR4100 mode will disable AR3000A scan mode.* | |
 y | nowindow=$TZR; enabled=1 | [TZR4100] Enable TZR4100 mode=1; Inital channel=03; Number of channels=99; Input channel=4; [AR3000A] Enable AR3000A mode=0 | MS 1; MC 3; MS 1; MN 99; MC 3; MI 1
 EOF
-e2e_pass "TzrBox: spin up stops at 99; Set now sends MC 3; OK sends MS 1, MN 99, MC 3, MI 1 and stores 99 and 4"
+e2e_pass "TzrBox: the enable box sends MS 1 at once, Escape MS 0, the file as it was; spin up stops at 99; Set now sends MC 3; OK sends MS 1, MN 99, MC 3, MI 1 and stores 99 and 4"
 
 open_dialog "$PORTS" "Configure ports" p
 e2e_key End
@@ -71,7 +68,6 @@ e2e_same "the port change's status lines" "$(tail -n +$((E2E_MARK + 1)) "$STATUS
   grep -x -e "Port closed" -e "<< PC port error >>" | tr '\n' '|')" "Port closed|<< PC port error >>|"
 e2e_expect_ini Port "PC Port=COM4"
 e2e_expect_wire "the port change" "OP 0"
-e2e_pass "PortsBox: COM4 stored; the port closes (OP 0, \"Port closed\") and COM4 fails"
 
 # The simulator keeps the pty the program let go: a new one for COM1.
 kill "$SIM_PID" 2>/dev/null || true
@@ -84,4 +80,4 @@ e2e_step "Home Return" "nowindow=$PORTS; enabled=1; status=COM1 opened" "[Port] 
 e2e_expect_wire -p "COM1 again" "MS 1" "MN 99" "MC 3" "MI 1" "OP 1"
 [ -z "$(e2e_received_after "$E2E_WIRE" | tail -n +6 | grep -v -x "OP 1")" ] ||
   e2e_fail "COM1 again: more than the TZR4100 set-up and OP 1: $(e2e_received_after "$E2E_WIRE" | tr '\n' ' ')"
-e2e_pass "PortsBox: COM1 again: \"COM1 opened\", the TZR4100 set-up and OP 1"
+e2e_pass "PortsBox: COM4 stored; the port closes (OP 0, \"Port closed\") and COM4 fails; COM1 again: \"COM1 opened\", the TZR4100 set-up and OP 1"

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# A port that can't be used: "PC Port" COM3, which leads to no device, and
-# in a second run COM4, a device that is no serial line. The status bar
-# shows "<< PC port error >>" and no port opens; the program records without
-# data, its menus open and it exits normally; COM1 hears nothing.
+# A port that can't be used: "PC Port" COM3, which leads to no device, then COM4, a device that is
+# no serial line: "<< PC port error >>" in the status bar and no port opened; the program records
+# without data, its menus open and it exits normally; COM1 hears nothing.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 # refused_port PORT SHOT: the program started with "PC Port" PORT shows
@@ -21,7 +20,6 @@ refused_port() {
 e2e_setting General "Record Interval Seconds" 1
 e2e_start_sim
 refused_port COM3 port_error
-e2e_pass "COM3 with no device: \"<< PC port error >>\""
 
 e2e_focus
 e2e_record F1 "pane0=Recording started"
@@ -33,7 +31,7 @@ e2e_step "Escape Escape" "nowindow="
 e2e_quit n
 e2e_status_seen "Port closed" && e2e_fail "a port that never opened said closed"
 e2e_expect_ini "Main window" "Show listing=1"
-e2e_pass "recorded without a port, menus work, exit as usual"
+e2e_pass "COM3 with no device: \"<< PC port error >>\"; recorded without a port, menus work, exit as usual"
 
 refused_port COM4 port_error_com4
 e2e_quit

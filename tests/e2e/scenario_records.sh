@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# Record > Filter and File > Create Listing File on a survey of 300 records,
-# no controller: "Nothing to do" and Cancel write nothing; after a filter by
-# reading and one by position, Save As writes exactly the records left with
-# their tags; an empty file name refused; two formats, one through Select,
-# each file line by line; an existing name asks before overwriting.
+# Record > Filter and File > Create Listing File on a survey of 300 records, no controller:
+# "Nothing to do" and Cancel write nothing; after a filter by reading and one by position,
+# Save As writes exactly the records left with their tags; an empty file name refused; two
+# formats, one through Select, each file line by line; an existing name asks first.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 CHECK="$ART/records_check.py"
@@ -64,20 +63,21 @@ def listing(dat, txt, latlong, sign, decimals, separator):
 PY
 check() { e2e_check checks.txt "$CHECK" "$@"; }
 
-DAT="$ART/survey.DAT"
 BY_READING="$ART/by_reading.DAT"
 BY_POSITION="$ART/by_position.DAT"
 LIST1="$ART/list_deg_comma.txt"
 LIST2="$ART/list_dms_tab.txt"
-python3 "$E2E_ROOT_DIR/tests/e2e/views_survey.py" make "$DAT"
+$VIEWS make "$DAT"
 
 e2e_start_on_survey "$DAT"
 
 FILTER="Filter Records"
 MAKE_FILE="Create Listing File"
 open_filter() { e2e_open_dialog alt+r f "$FILTER" "Filter records"; }
-open_make_file() { e2e_open_dialog alt+f f "$MAKE_FILE" "Creating list file"; }
-retype() { e2e_keys End shift+Home BackSpace ${1:+":$1"}; }
+open_make_file() {
+  e2e_open_dialog alt+f f "$MAKE_FILE" "Creating list file"
+  [ -z "${1:-}" ] || e2e_keys End shift+Home BackSpace ":$(e2e_winpath "$1")"
+}
 
 e2e_ini_mark
 open_filter
@@ -96,39 +96,35 @@ open_filter
 e2e_step "Tab Tab Tab Tab Tab Tab Tab space Tab Tab Down Tab :50.2 Return" "nowindow=$FILTER"
 e2e_save_as "$BY_READING"
 check filtered "$DAT" "$BY_READING" reading
-e2e_pass "filter by reading: the saved file holds the records left and their tags"
 
 open_filter
 e2e_step "space Tab space Tab Tab :185414000 Tab space Tab Down Tab :-3594000 Return" "nowindow=$FILTER" "" "" filtered
 e2e_save_as "$BY_POSITION"
 check filtered "$DAT" "$BY_POSITION" position
-e2e_pass "filter by position: the saved file holds the records left and their tags"
+e2e_pass "filters by reading, then by position: each saved file holds the records left and their tags"
 
 e2e_ini_mark
 open_make_file
 e2e_shot make_file_box 0.5
 e2e_has_labels "$MAKE_FILE" "File Name" "Select" "Deg" "Deg Min" "Deg Min Sec" "Milliseconds" \
   "North/South" "+/-" "0" "0.0" "0.000" "Raw" "Space" "TAB" "Comma" "OK" "Cancel" "&Help"
-retype ""
+e2e_keys End shift+Home BackSpace
 e2e_step Return "box=No filename specified" "" "" make_file_no_name
 e2e_refused "$MAKE_FILE" "No filename specified"
 e2e_step Escape "nowindow=$MAKE_FILE" unchanged
-e2e_pass "Create Listing File: no name refused, nothing stored"
 
 # Deg, North/South, 0.0 (the defaults) and Comma.
-open_make_file
-retype "$(e2e_winpath "$LIST1")"
+open_make_file "$LIST1"
 e2e_step "Tab Tab Tab Tab Tab Down Down Return" "nowindow=$MAKE_FILE; status=Data written to file '$(basename "$LIST1")'"
 check listing "$BY_POSITION" "$LIST1" 1 1 1 3
-e2e_pass "listing file in Deg, North/South, 0.0, Comma"
+e2e_pass "Create Listing File: no name refused, nothing stored; a listing file in Deg, North/South, 0.0, Comma"
 
 # Deg Min Sec, +/-, 0.000, TAB into the same name: No keeps the file, and
 # the format is stored before the question. Select, from the separators
 # back to its button, names the second file.
 OVERWRITE="File $(basename "$LIST1")\\nalready exists.\\nOverwrite?"
 cp "$LIST1" "$ART/list1_before.txt"
-open_make_file
-retype "$(e2e_winpath "$LIST1")"
+open_make_file "$LIST1"
 e2e_step "Tab Tab Down Down Tab Down Tab Down Tab Up Return" "window=VELDOR; box=$OVERWRITE" "" "" make_file_overwrite
 e2e_step n "nowindow=VELDOR; window=$MAKE_FILE" "[Listing File] Lat/Long=3; Sign=2; Decimal places=3; Separator=2"
 cmp -s "$LIST1" "$ART/list1_before.txt" || e2e_fail "No changed $(basename "$LIST1")"
@@ -137,14 +133,12 @@ e2e_type "$(e2e_winpath "$LIST2")"
 e2e_step Return "nowindow=Save Text File...; window=$MAKE_FILE"
 e2e_step "Tab Return" "nowindow=$MAKE_FILE; status=Data written to file '$(basename "$LIST2")'"
 check listing "$BY_POSITION" "$LIST2" 3 2 3 2
-e2e_pass "listing file through Select in Deg Min Sec, +/-, 0.000, TAB; No kept the old file"
 
 # Yes overwrites, in the format now stored.
-open_make_file
-retype "$(e2e_winpath "$LIST1")"
+open_make_file "$LIST1"
 e2e_step Return "window=VELDOR; box=$OVERWRITE"
 e2e_step y "nowindow=$MAKE_FILE; status=Data written to file '$(basename "$LIST1")'"
 check listing "$BY_POSITION" "$LIST1" 3 2 3 2
-e2e_pass "Yes overwrote the file in the stored format"
+e2e_pass "listing file through Select in Deg Min Sec, +/-, 0.000, TAB; No kept the old file, Yes overwrote it in the stored format"
 
 e2e_quit

@@ -1,14 +1,13 @@
 #!/usr/bin/env bash
-# A saved survey of 100 records replayed by the simulator at speed 10 and
-# recorded at one record a second, then saved: every stored record carries
-# the position of a source record and its readings (or those of the record
-# before, when a tick fell between a sample's RP and RA), in order.
+# A saved survey of 100 records replayed by the simulator at speed 10, recorded at one record a
+# second and saved: every stored record carries the position of a source record and its readings
+# (or those of the record before, when a tick fell between a sample's RP and RA), in order.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 SOURCE="$ART/source.DAT"
 SAVED="$ART/replayed.DAT"
 RECORDS=100
-python3 "$E2E_ROOT_DIR/tests/e2e/views_survey.py" make "$SOURCE" "$RECORDS"
+$VIEWS make "$SOURCE" "$RECORDS"
 
 e2e_setting General "Record Interval Seconds" 1
 e2e_start_linked --replay "$SOURCE" --speed 10

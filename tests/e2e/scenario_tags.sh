@@ -1,16 +1,14 @@
 #!/usr/bin/env bash
-# Text tags and manual readings on a survey of 300 records, no controller:
-# F5 offers the last record, refuses index 0 in silence, saves a new tag in
-# its sorted place; Edit, Show and Delete on lines of the list; F4 stores the
-# offered zeros, then the typed values cut to 8 bits; after File > Close the
-# list is empty and F5 says "No records to tag".
+# Text tags and manual readings on a survey of 300 records, no controller: F5 offers the last
+# record, refuses index 0 in silence, saves a new tag in its sorted place; Edit, Show and
+# Delete on lines of the list; F4 stores the offered zeros, then the typed values cut to 8
+# bits; after File > Close the list is empty and F5 says "No records to tag".
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
-VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
 
-DAT="$ART/tags.DAT"
 SAVED="$ART/saved.DAT"
 $VIEWS make "$DAT"
 
+MADE=("0:Tag at record 1" "5:Tag at record 6" "47:Tag at record 48" "150:Tag at record 151" "299:Tag at record 300")
 expect_tags() { e2e_same "$1: the file's tags" "$($VIEWS tags "$SAVED" | tr '\n' ' ')" "$(printf '%s ' "${@:2}")"; }
 
 # The Text Tags window lays out its list and buttons in a unit of a quarter
@@ -22,8 +20,8 @@ tags_point() {
   u=$(((w + 16) / 176))
   echo "$((ox + $1 * u)) $((oy + $2 * u))"
 }
-# on_line N BUTTON: a click on the first line of the list, Down to line N
-# (from 0), then the button Show, Edit or Delete (its top 7, 58 or 75 units down).
+# on_line N BUTTON: a click on the first line of the list, Down to line N (from 0),
+# then the button Show, Edit (its dialog awaited) or Delete, its top 7, 58 or 75 units down.
 on_line() {
   local i
   local -A top=([Show]=7 [Edit]=58 [Delete]=75)
@@ -31,6 +29,7 @@ on_line() {
   xdotool mousemove $(tags_point 40 10) click 1
   for ((i = 0; i < $1; i++)); do e2e_key Down; done
   xdotool mousemove $(tags_point 150 $((top[$2] + 7))) click 1
+  [ "$2" != Edit ] || e2e_expect "Edit did not open \"$TAG\"" -t 10 window="$TAG"
 }
 list_lines() {
   PYTHONPATH="$E2E_ROOT_DIR/tests/e2e" python3 -c '
@@ -55,39 +54,33 @@ e2e_view_shot add_dialog
 e2e_step "Tab :Last\ one Return" "nowindow=$TAG"
 e2e_step F5 "window=$TAG"
 e2e_step ":0 Tab :Gate\ 11 Return" "window=$TAG"
-sleep 1
-e2e_wait -t 0 window="$TAG" || e2e_fail "OK with index 0 closed the dialog"
+e2e_wait -t 1 nowindow="$TAG" && e2e_fail "OK with index 0 closed the dialog"
 e2e_step "shift+Tab :11 Return" "nowindow=$TAG"
 e2e_view_shot added
 e2e_save_as "$SAVED"
-expect_tags "after F5" "0:Tag at record 1" "5:Tag at record 6" "10:Gate 11" "47:Tag at record 48" \
-  "150:Tag at record 151" "299:Tag at record 300" "299:Last one"
+expect_tags "after F5" "${MADE[@]:0:2}" "10:Gate 11" "${MADE[@]:2}" "299:Last one"
 e2e_pass "F5: the last record offered, index 0 refused in silence, the tag on record 11 saved in its sorted place"
 
 on_line 2 Edit
-e2e_expect "Edit did not open \"$TAG\"" -t 10 window="$TAG"
 e2e_view_shot edit_dialog
 e2e_step Return "nowindow=$TAG"
 on_line 2 Edit
 e2e_step ":12 Tab :Gate\ twelve Return" "nowindow=$TAG"
 save
-expect_tags "after Edit" "0:Tag at record 1" "5:Tag at record 6" "11:Gate twelve" "47:Tag at record 48" \
-  "150:Tag at record 151" "299:Tag at record 300" "299:Last one"
+expect_tags "after Edit" "${MADE[@]:0:2}" "11:Gate twelve" "${MADE[@]:2}" "299:Last one"
 e2e_pass "Edit: the third line's tag offered as it was, then moved to record 12 with a new text"
 
 on_line 3 Show
 e2e_view_shot shown
-e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" plot "$ART/shown.png" "$ART/shown.probe" "$DAT" \
+e2e_check pixels.txt "$VIEWS_PY" plot "$ART/shown.png" "$ART/shown.probe" "$DAT" \
   --channel 0 --cross 47
-e2e_pass "Show: the Plot's cross hair on record 48"
 
 on_line 2 Delete
 on_line 5 Delete
 save
-expect_tags "after Delete" "0:Tag at record 1" "5:Tag at record 6" "47:Tag at record 48" \
-  "150:Tag at record 151" "299:Tag at record 300"
+expect_tags "after Delete" "${MADE[@]}"
 e2e_view_shot deleted
-e2e_pass "Delete: the tags on record 12 and the second on record 300 gone from the file"
+e2e_pass "Show: the Plot's cross hair on record 48; Delete: the tags on record 12 and the second on record 300 gone from the file"
 
 # With no controller the dialog offers 0 in its six edits: OK takes them.
 e2e_step F4 "window=$MANUAL; status=Take manual reading"

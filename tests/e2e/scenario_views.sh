@@ -1,24 +1,20 @@
 #!/usr/bin/env bash
-# The Listing, Plot and Chart draw a survey the test made (views_survey.py):
-# the pixels of each, after the Plot's buttons and the Chart's Ch2; Show
-# Location's cross hair and chart mark; End, a right click and Delete Record,
-# then Save As: exactly that record gone; Home back to record 1; and with
-# "Max plot time" 1 the Plot suspended while recording, drawn after Stop.
+# The Listing, Plot and Chart draw a survey the test made (views_survey.py): the pixels of
+# each, after the Plot's buttons and the Chart's Ch2; Show Location's cross hair and chart
+# mark; End, a right click and Delete Record, then Save As: exactly that record gone; Home
+# back to record 1; with "Max plot time" 1 the Plot suspended while recording, drawn after Stop.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
-VIEWS="python3 $E2E_ROOT_DIR/tests/e2e/views_survey.py"
 
-DAT="$ART/views.DAT"
 SAVED="$ART/deleted.DAT"
 $VIEWS make "$DAT"
 
 e2e_start_on_survey "$DAT"
-check() { e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" "$1" "$ART/$2.png" "$ART/$2.probe" "${@:3}"; }
+check() { e2e_check pixels.txt "$VIEWS_PY" "$1" "$ART/$2.png" "$ART/$2.probe" "${@:3}"; }
 
 e2e_view_shot opened
 check listing opened "$DAT"
 check plot opened "$DAT" --channel 0
 check chart opened "$DAT" --channel 0
-e2e_pass "Listing, Plot (channel 1) and Chart (channel 1) draw the survey"
 
 # plot_button N SHOT ARGS...: the Plot's button N (29 pixels apart), a
 # screenshot, and the Plot checked with ARGS.
@@ -36,7 +32,7 @@ e2e_click Veldor_Chart $((33 + 12)) 16
 e2e_view_shot chart_ch2
 check plot chart_ch2 "$DAT" --channel 5
 check chart chart_ch2 "$DAT" --channel 1
-e2e_pass "Plot: All, Best, Zoom In, Zoom Out, Zoom Auto; Chart: Ch2"
+e2e_pass "Listing, Plot and Chart draw the survey; then Plot: All, Best, Zoom In, Zoom Out, Zoom Auto; Chart: Ch2"
 
 # row_menu SHOT ROW TOP KEY: a right click on table row ROW (the rows measured
 # on SHOT; TOP the top row, or end), and KEY in the Listing's popup menu;
@@ -63,7 +59,7 @@ row_menu location 2 end d
 e2e_expect_status "Delete record"
 e2e_view_shot deleted
 e2e_save_as "$SAVED"
-e2e_check pixels.txt "$E2E_ROOT_DIR/tests/e2e/views_survey.py" deleted "$DAT" "$SAVED" "$record"
+e2e_check pixels.txt "$VIEWS_PY" deleted "$DAT" "$SAVED" "$record"
 e2e_pass "End, right click, Delete Record: record $((record + 1)) gone from the saved file, tags moved"
 e2e_key Home
 sleep 1

@@ -1,4 +1,4 @@
-// veldor_probe: reads veldor.exe's windows from outside, on its Wine desktop.
+// veldor_probe -d DESKTOP: reads veldor.exe's windows from outside, on its Wine desktop.
 //   wait [-t SECONDS] CONDITION...  polls until every condition holds, then
 //       prints the program as "key=value" lines (texts escaped): topmost=,
 //       frames=, caption=, enabled=, iconic=, pane0..2=, child=class|title,
@@ -6,11 +6,10 @@
 //       control=class|id|text. CONDITION: pane0..2, caption, topmost =TEXT or
 //       ~TEXT (contains); window= and nowindow=TITLE; frames=, enabled=, iconic=.
 //   ok HANDLE     presses OK on a box of "window=" (WM_COMMAND IDOK).
-//   watch [-t SECONDS] [-k DLL LOG]  prints "<ms> HUNG" whenever the frame
-//       stops answering; -k first hooks status_hook.dll into the desktop's
-//       programs, logging to LOG, and prints "0 hooked".
-// Exit codes: 0 done, 1 time out, 2 no desktop, 3 the frame does not answer,
-// 4 bad arguments.
+//   watch SECONDS DLL LOG  hooks status_hook.dll into the desktop's programs,
+//       logging to LOG, prints "0 hooked", then for SECONDS "<ms> HUNG"
+//       whenever the frame stops answering.
+// Exit codes: 0 done, 1 time out, 2 no desktop, 3 the frame does not answer, 4 bad arguments.
 #include <windows.h>
 #include <commctrl.h>
 #include <fcntl.h>
@@ -60,14 +59,12 @@ void Escape(const char* in, char* out, int size) {
     out[n] = '\0';
 }
 
-// The window's text, escaped.
 void Text(HWND hwnd, char* out, int size) {
     char raw[TextSize] = "";
     GetWindowTextA(hwnd, raw, sizeof raw);
     Escape(raw, out, size);
 }
 
-// Appends one line to the snapshot's listing.
 void List(Snapshot* s, const char* format, ...) {
     va_list args;
     va_start(args, format);
@@ -319,22 +316,12 @@ int InstallStatusHook(const char* dllPath, const char* logPath) {
 }
 
 int RunWatch(int argc, char** argv) {
-    double seconds = 600;
-    for (int i = 0; i < argc; i++) {
-        if (strcmp(argv[i], "-t") == 0 && i + 1 < argc) {
-            seconds = atof(argv[++i]);
-        } else if (strcmp(argv[i], "-k") == 0 && i + 2 < argc) {
-            if (!InstallStatusHook(argv[i + 1], argv[i + 2])) {
-                fprintf(stderr, "veldor_probe: cannot hook '%s'\n", argv[i + 1]);
-                return 4;
-            }
-            printf("0 hooked\n");
-            i += 2;
-        } else {
-            fprintf(stderr, "veldor_probe: bad watch argument '%s'\n", argv[i]);
-            return 4;
-        }
+    if (argc != 3 || !InstallStatusHook(argv[1], argv[2])) {
+        fputs("veldor_probe: watch SECONDS DLL LOG: cannot hook the DLL\n", stderr);
+        return 4;
     }
+    printf("0 hooked\n");
+    double seconds = atof(argv[0]);
     DWORD start = GetTickCount();
     int wasHung = 0;
     while (GetTickCount() - start < (DWORD)(seconds * 1000)) {
@@ -367,21 +354,19 @@ int UseDesktop(const char* name) {
 
 int main(int argc, char** argv) {
     _setmode(_fileno(stdout), _O_BINARY);  // lines end in \n alone, for the shell
-    int i = 1;
-    if (i + 1 < argc && strcmp(argv[i], "-d") == 0) {
-        if (!UseDesktop(argv[i + 1])) {
-            fprintf(stderr, "veldor_probe: no desktop '%s'\n", argv[i + 1]);
-            return 2;
-        }
-        i += 2;
+    if (argc < 4 || strcmp(argv[1], "-d") != 0) {
+        fputs("usage: veldor_probe -d DESKTOP wait|ok|watch ...\n", stderr);
+        return 4;
     }
-    const char* command = i < argc ? argv[i++] : "";
-    if (strcmp(command, "wait") == 0) return RunWait(argc - i, argv + i);
-    if (strcmp(command, "watch") == 0) return RunWatch(argc - i, argv + i);
-    if (strcmp(command, "ok") == 0 && i < argc) {  // presses OK on a box
-        HWND hwnd = (HWND)(uintptr_t)strtoul(argv[i], nullptr, 16);
+    if (!UseDesktop(argv[2])) {
+        fprintf(stderr, "veldor_probe: no desktop '%s'\n", argv[2]);
+        return 2;
+    }
+    if (strcmp(argv[3], "wait") == 0) return RunWait(argc - 4, argv + 4);
+    if (strcmp(argv[3], "watch") == 0) return RunWatch(argc - 4, argv + 4);
+    if (strcmp(argv[3], "ok") == 0 && argc == 5) {  // presses OK on a box
+        HWND hwnd = (HWND)(uintptr_t)strtoul(argv[4], nullptr, 16);
         return IsWindow(hwnd) && PostMessageA(hwnd, WM_COMMAND, IDOK, 0) ? 0 : 1;
     }
-    fputs("usage: veldor_probe [-d DESKTOP] wait|ok|watch ...\n", stderr);
     return 4;
 }
