@@ -466,21 +466,23 @@ TEST_F(Dialogs, Ar3000aBodyKeepsTypedTextsAndGpsDiffOffers4800) {
 
 // Stored "Listing File" values, the buttons they check when the box opens,
 // and what OK then stores: each group's fallback button for a value outside
-// its list, and "Decimal places" whose buttons are not in value order.
-TEST_F(Dialogs, MakeFileBoxButtonsAndStoredValues) {
-    const struct { int stored[4], buttons[4], written[4]; } cases[] = {
+// its list, and "Decimal places" whose buttons are not in value order. The
+// box offers Listing.txt in the folder given.
+TEST_F(Dialogs, MakeFileBoxOffersListingTxtButtonsAndStoredValues) {
+    const struct { int stored[4], buttons[4], written[4]; const char *folder, *offered; } cases[] = {
         // Lat/Long, Sign, Decimal places, Separator
-        {{4, 2, -1, 3}, {3, 1, 3, 2}, {4, 2, -1, 3}},
-        {{2, 1, 0, 1}, {1, 0, 0, 0}, {2, 1, 0, 1}},
-        {{5, 0, 2, 7}, {0, 0, 0, 0}, {1, 1, 0, 1}},
-        {{0, 3, -2, 0}, {0, 0, 0, 0}, {1, 1, 0, 1}},
+        {{4, 2, -1, 3}, {3, 1, 3, 2}, {4, 2, -1, 3}, "C:\\op", "C:\\op\\Listing.txt"},
+        {{2, 1, 0, 1}, {1, 0, 0, 0}, {2, 1, 0, 1}, "D:\\", "D:\\Listing.txt"},
+        {{5, 0, 2, 7}, {0, 0, 0, 0}, {1, 1, 0, 1}, "", "Listing.txt"},
+        {{0, 3, -2, 0}, {0, 0, 0, 0}, {1, 1, 0, 1}, nullptr, "Listing.txt"},
     };
     const IntSetting* keys[4] = {&KeyListingFileLatLong, &KeyListingFileSign, &KeyListingFileDecimalPlaces,
                                  &KeyListingFileSeparator};
     for (const auto& c : cases) {
         ResetFakeWorld();
         for (int k = 0; k < 4; k++) WriteSettingInt(*keys[k], c.stored[k]);
-        MakeFileValues values = OpenMakeFileBox("C:\\Users\\op\\Desktop");
+        MakeFileValues values = OpenMakeFileBox(c.folder);
+        EXPECT_STREQ(c.offered, values.path);
         EXPECT_EQ(std::vector<int>(c.buttons, c.buttons + 4),
                   (std::vector<int>{values.latLong, values.sign, values.decimals, values.separator}));
         std::string path = fake.settingsFile + ".txt";
@@ -491,16 +493,6 @@ TEST_F(Dialogs, MakeFileBoxButtonsAndStoredValues) {
         EXPECT_NE("<missing>", ReadFileBytes(path));
         remove(path.c_str());
     }
-}
-
-TEST_F(Dialogs, MakeFileBoxOffersListingTxtInTheFolder) {
-    const struct { const char *folder, *path; } cases[] = {
-        {"C:\\Users\\op\\Desktop", "C:\\Users\\op\\Desktop\\Listing.txt"},
-        {"D:\\", "D:\\Listing.txt"},
-        {"", "Listing.txt"},
-        {nullptr, "Listing.txt"},
-    };
-    for (const auto& c : cases) EXPECT_STREQ(c.path, OpenMakeFileBox(c.folder).path);
     std::string longFolder(300, 'x');
     EXPECT_EQ(MakeFilePathSize - 1, (int)strlen(OpenMakeFileBox(longFolder.c_str()).path));
 }

@@ -5,6 +5,7 @@
 #include <string.h>
 #include <time.h>
 
+#include <algorithm>
 #include <atomic>
 
 #include "link/controller_messages.h"
@@ -122,16 +123,11 @@ std::vector<std::string> FramesSent() {
 }
 
 int CountStatus(const char* text) {
-    int n = 0;
-    for (const std::string& s : fake.statusLines)
-        if (s == text) n++;
-    return n;
+    return (int)std::count(fake.statusLines.begin(), fake.statusLines.end(), text);
 }
 
-void Receive(const std::string& text) {
-    std::vector<char> piece(text.begin(), text.end());
-    piece.push_back('\0');
-    ReceiveBytes(piece.data(), (int)text.size());
+void Receive(std::string text) {
+    ReceiveBytes(&text[0], (int)text.size());
 }
 
 std::string Frame(const std::string& body) {

@@ -58,7 +58,7 @@ std::vector<std::string> FramesSent();
 // How many times the status line was exactly text.
 int CountStatus(const char* text);
 // Feeds text to the receiver as one piece.
-void Receive(const std::string& text);
+void Receive(std::string text);
 // Builds a frame with a good check around body.
 std::string Frame(const std::string& body);
 
