@@ -244,6 +244,7 @@ TEST_F(Link, GpsSetTimeAndDate) {
         {1, "0", "13", "78", "", "Invalid day value"},
         {1, "32", "1", "1", "", "Invalid day value"},
         {1, "1", "13", "1", "", "Invalid month value"},
+        {1, "1", "1", "79", "", "Invalid year value"},
         {1, "1", "1", "2078", "", "Invalid year value"},
         {1, "1", "1", "1979", "", "Invalid year value"},
         {1, "1", "1", "-5", "", "Invalid year value"},
