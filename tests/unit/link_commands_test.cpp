@@ -174,6 +174,7 @@ TEST_F(Link, TzrAsksBeforeTakingOverAnotherMode) {
 }
 
 TEST_F(Link, Ar3000aAndGpsDiffTakeOverOnlyOnYes) {
+    WriteSetting(KeyAr3000aFreq[0], std::string(200, '9').c_str());  // an absurd one is cut
     WriteSetting(KeyAr3000aEnable, "1");
     statusFlags = STATUS_TZR_MODE;
     fake.answers = {0, 1, 1, 1};
@@ -186,7 +187,9 @@ TEST_F(Link, Ar3000aAndGpsDiffTakeOverOnlyOnYes) {
     EXPECT_EQ("0", StoredSetting("GPS Diff", "Enable GPS Diff mode"));
     WriteSetting(KeyGpsDiffEnable, "1");
     ApplyGpsDiffMode();
-    EXPECT_EQ((Frames{"AC T88.0W,T89.0W,T90.0W,T91.0W,4800", "AS 1", "GD 1 4800"}), FramesSent());
+    EXPECT_EQ((Frames{"AC T" + std::string(31, '9') + "W,T89.0W,T90.0W,T91.0W,4800", "AS 1",
+                      "GD 1 4800"}),
+              FramesSent());
     EXPECT_EQ(STATUS_GPS_DIFF_MODE, statusFlags);
     EXPECT_EQ("0", StoredSetting("AR3000A", "Enable AR3000A mode"));
     fake.wire.clear();
