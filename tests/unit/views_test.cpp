@@ -1,5 +1,4 @@
-// The views' portable halves: the plot's geometry, its pixels and cross-hair,
-// the chart of hits and the listing's rows, scrolling and statistics.
+// The views' portable halves: the plot's geometry and pixels, the chart and the listing.
 #include <gtest/gtest.h>
 #include <stdio.h>
 #include <string.h>
