@@ -180,8 +180,9 @@ TEST(SettingsFile, EveryKeyIsFoundUnderItsName) {
         "[Plot]\nFontName=17\n[Plot scale]\nConfirm=17\nAspect 1:1=17\nDot size=17\n"
         "[Chart]\nFontName=17\n[General]\nLoad stored data=17\nCheck stored data=17\n"
         "Plot Current Position=17\nEarth Radius (km)=17\n[Calibration]\nCh2 filename=17\n"
-        "Ch3 filename=17\n[AR3000A]\nCh3 Freq=17\nCh4 Freq=17\nCh2 Mode=17\nCh3 Mode=17\n"
-        "Ch2 Att on=17\nCh3 Att on=17\n[TZR4100]\nIncriment channel=17\n");
+        "Ch3 filename=17\n[GPS Set]\nLat N/S=17\n[AR3000A]\nCh3 Freq=17\nCh4 Freq=17\n"
+        "Ch2 Mode=17\nCh3 Mode=17\nCh2 Att on=17\nCh3 Att on=17\n"
+        "[TZR4100]\nIncriment channel=17\n");
     for (const IntSetting* s :
          {&KeyPlotScaleConfirm, &KeyPlotScaleAspect, &KeyPlotScaleDotSize, &KeyLoadStoredData,
           &KeyCheckStoredData, &KeyPlotCurrentPosition, &KeyEarthRadius, &KeyAr3000aAttOn[1],
@@ -189,9 +190,9 @@ TEST(SettingsFile, EveryKeyIsFoundUnderItsName) {
         EXPECT_EQ(ReadSetting(*s), 17) << s->section << "/" << s->key;
     }
     char text[300];
-    for (const TextSetting* s :
-         {&KeyPlotFontName, &KeyChartFontName, &KeyCalibrationFile[1], &KeyCalibrationFile[2],
-          &KeyAr3000aFreq[2], &KeyAr3000aFreq[3], &KeyAr3000aMode[1], &KeyAr3000aMode[2]}) {
+    for (const TextSetting* s : {&KeyPlotFontName, &KeyChartFontName, &KeyCalibrationFile[1],
+                                 &KeyCalibrationFile[2], &KeyGpsLatNS, &KeyAr3000aFreq[2],
+                                 &KeyAr3000aFreq[3], &KeyAr3000aMode[1], &KeyAr3000aMode[2]}) {
         ReadSetting(*s, text, sizeof text);
         EXPECT_STREQ(text, s->maxLength == 1 ? "1" : "17") << s->section << "/" << s->key;
     }

