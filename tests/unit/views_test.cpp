@@ -202,6 +202,8 @@ TEST_F(PlotGeometry, ResetAndTitle) {
     EXPECT_STREQ("Plot", small);
 }
 
+DrawList list;  // large: kept out of the stack
+
 // A 200 x 150 client area at one millisecond of arc per pixel, centred on
 // 0, 0: plotArea is 1..198 by 34..148 (right and bottom exclusive: 199, 149) and its centre pixel (100, 91).
 struct PlotViewTest : ::testing::Test {
@@ -276,8 +278,15 @@ TEST_F(PlotViewTest, DotsSquaresBandsAndClampsAsDrawn) {
 // The cross hair of Show Location is checked on the screen by the views scenario.
 TEST_F(PlotViewTest, ReadoutNeedsARecordAndTheMarkerLiesUnderTheDots) {
     EXPECT_EQ(0, PlotPointerMoved(100, 91));
+    DrawListClear(&list);
+    PlotPaintStrip(&list);  // "- No Data -", and not again once there is one record
     AddAt(100, 91, 0);
     EXPECT_EQ(1, PlotPointerMoved(100, 91));
+    PlotPaintStrip(&list);
+    int noData = 0;
+    for (int i = 0; i < list.count; i++)
+        noData += list.ops[i].kind == DRAW_TEXT && !strcmp(list.ops[i].text, "- No Data -");
+    EXPECT_EQ(1, noData);
     statusFlags |= STATUS_PLOT_POSITION;
     liveState.dataValidTicks = 3;
     Paint();
@@ -285,8 +294,6 @@ TEST_F(PlotViewTest, ReadoutNeedsARecordAndTheMarkerLiesUnderTheDots) {
     EXPECT_EQ((std::vector<uint32_t>{Black, 0x800080u, White}),
               (std::vector<uint32_t>{At(100, 91), At(95, 86), At(105, 96)}));
 }
-
-DrawList list;  // large: kept out of the stack
 
 struct ChartTest : ::testing::Test {
     void SetUp() override {
